@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+/** Message boxes and shell-open, as the floors without windows ask for them. */
+class Dialogs
+{
+public:
+    enum Icon { Critical = 16, Question = 32, Exclamation = 48, Information = 64 };
+    enum Buttons { Ok = 0, YesNoCancel = 3, YesNo = 4 };
+    enum Answer { AnswerOk = 1, AnswerCancel = 2, AnswerYes = 6, AnswerNo = 7 };
+
+    virtual ~Dialogs() = default;
+    /** Shows a modal box and returns the answer; a box that is closed answers Cancel (OK where that is all it has). */
+    virtual Answer messageBox(const QString &text, const QString &caption, Icon icon, Buttons buttons) = 0;
+    /** Asks the desktop to open a file or address; the result is not examined. */
+    virtual void shellOpen(const QString &target) = 0;
+};

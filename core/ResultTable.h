@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+/** A two-dimensional text array indexed (column, row) from 0, grown by one row at a time.
+    Without rows it is an array without bounds. */
+class ResultTable
+{
+public:
+    explicit ResultTable(int columns) : m_columns(columns) {}
+
+    void addRow(const QStringList &cells)
+    {
+        Q_ASSERT(cells.size() == m_columns);
+        m_cells += cells;
+    }
+    int columns() const { return m_columns; }
+    int rows() const { return int(m_cells.size() / m_columns); }
+    const QString &at(int column, int row) const { return m_cells.at(row * m_columns + column); }
+    void set(int column, int row, const QString &text) { m_cells[row * m_columns + column] = text; }
+    void clear() { m_cells.clear(); }
+    bool operator==(const ResultTable &) const = default;
+
+private:
+    int m_columns;
+    QStringList m_cells;
+};
+
+/** Whether the array was ever dimensioned, that is, holds at least one row. */
+inline bool ArrayHasBounds(const ResultTable &table) { return table.rows() > 0; }
