@@ -120,7 +120,7 @@ QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultT
 
 QString WrittenForm(const QString &spoken)
 {
-    static const QRegularExpression map(uR"(\\map="(?:[^"]*)"="([^"]*)"\\)"_s, QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression map(uR"re(\\map="(?:[^"]*)"="([^"]*)"\\)re"_s, QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression tag(uR"(\\[A-Za-z]{3}(?:=[^\\]*)?\\)"_s);
     QString text = spoken;
     return text.replace(map, u"\\1"_s).replace(tag, u" "_s).simplified();
