@@ -1,0 +1,58 @@
+#include "ui/frmSplash.h"
+
+#include "core/vbMain.h"
+#include "ui/ImageList.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPainter>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize kSize(480, 300);
+constexpr int kMargin = 24;
+constexpr int kLineHeight = 22;
+
+} // namespace
+
+frmSplash::frmSplash(QWidget *parent)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), m_status(new QLabel(this)),
+      m_version(new QLabel(u"Version "_s + AppVersion(), this))
+{
+    setObjectName(u"frmSplash"_s);
+    setWindowTitle(AppTitle());
+    setFixedSize(kSize);
+    m_status->setObjectName(u"lblStatus"_s);
+    m_status->setAccessibleName(tr("Start-up progress"));
+    m_version->setObjectName(u"lblVersion"_s);
+    m_version->setAccessibleName(tr("Version"));
+    const int width = kSize.width() - 2 * kMargin;
+    m_status->setGeometry(kMargin, kSize.height() - kMargin - 2 * kLineHeight, width, kLineHeight);
+    m_version->setGeometry(kMargin, kSize.height() - kMargin - kLineHeight, width, kLineHeight);
+    m_status->setTextFormat(Qt::PlainText);
+    m_version->setEnabled(false);
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        move(screen->availableGeometry().center() - rect().center());
+}
+
+void frmSplash::setStatus(const QString &text)
+{
+    m_status->setText(text);
+    m_status->repaint();
+}
+
+QString frmSplash::status() const { return m_status->text(); }
+
+QString frmSplash::version() const { return m_version->text(); }
+
+void frmSplash::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().window());
+    ImageList::splash().paint(&painter, rect());
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
