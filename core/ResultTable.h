@@ -17,6 +17,7 @@ public:
     }
     int columns() const { return m_columns; }
     int rows() const { return int(m_cells.size() / m_columns); }
+    QStringList row(int row) const { return m_cells.mid(row * m_columns, m_columns); }
     const QString &at(int column, int row) const { return m_cells.at(row * m_columns + column); }
     void set(int column, int row, const QString &text) { m_cells[row * m_columns + column] = text; }
     void clear() { m_cells.clear(); }

@@ -45,3 +45,5 @@ bool GetSettingBool(const QString &section, const QString &key);
 
 /** The store's file, for people and tests. */
 QString SettingsFilePath();
+/** Puts the store elsewhere. For tests. */
+void SetSettingsFilePath(const QString &path);

@@ -4,11 +4,12 @@
 
 #include <coroutine>
 #include <functional>
-#include <memory>
 
 /** Everything that may suspend a long procedure: yield once, pause, wait for a control's event. Timers stand here
     too, so that one driver (the event loop, or a test's simulated time) decides when anything goes on. */
 namespace waits {
+
+class Driver;
 
 /** Something that the driver wakes once after a time; unregisters itself when destroyed. */
 class Wakeup
@@ -17,18 +18,29 @@ public:
     Wakeup() = default;
     Wakeup(const Wakeup &) = delete;
     Wakeup &operator=(const Wakeup &) = delete;
-    virtual ~Wakeup();
-    virtual void wake() = 0;
+    virtual ~Wakeup() { disarm(); }
+
+    /** Asks the driver for one waking after ms milliseconds, in place of an earlier one. */
+    void arm(int ms);
+    void disarm();
+    /** For the driver: the time has come. The wake-up may be gone when this returns. */
+    void elapse();
     /** True for a suspended procedure, false for a timer. */
     virtual bool isSuspension() const { return true; }
+
+protected:
+    virtual void wake() = 0;
+
+private:
+    Driver *m_armedBy = nullptr;
 };
 
-/** Decides when wake-ups happen. arm() replaces an earlier arming of the same wake-up. */
+/** Decides when wake-ups happen. */
 class Driver
 {
 public:
     virtual ~Driver() = default;
-    /** Wakes after ms milliseconds; 0 means on the next turn of the event loop, in order of arming. */
+    /** To call wakeup.elapse() after ms milliseconds; 0 means on the next turn of the event loop, in order of arming. */
     virtual void arm(Wakeup &wakeup, int ms) = 0;
     virtual void disarm(Wakeup &wakeup) = 0;
 };
@@ -40,6 +52,8 @@ Driver *setDriver(Driver *replacement);
 
 /** Called whenever the program is about to wait longer than one turn (the database commits then). */
 void setAboutToWait(std::function<void()> hook);
+/** From now on nothing goes on any more: for the error reporter, whose box turns the event loop. */
+void freeze(bool on);
 
 /** A control's event that a procedure may wait for. Firing without a waiter is remembered by nobody:
     look at the state first, then wait. */
@@ -60,9 +74,9 @@ public:
     bool await_ready() const noexcept { return false; }
     void await_suspend(std::coroutine_handle<> h);
     void await_resume() const noexcept {}
-    void wake() override { m_handle.resume(); }
 
 protected:
+    void wake() override { m_handle.resume(); }
     int m_ms;
     std::coroutine_handle<> m_handle;
 };
@@ -73,9 +87,9 @@ public:
     EventAwaiter(Event &event, int ms) : SuspendAwaiter(ms), m_event(event) {}
     ~EventAwaiter() override;
     void await_suspend(std::coroutine_handle<> h);
-    void wake() override;
 
 private:
+    void wake() override;
     Event &m_event;
 };
 
@@ -104,8 +118,9 @@ private:
     qint64 m_since = 0; // ns, monotonic
 };
 
-/** An element of the timer array Timer1: an interval in ms, switched on and off, calling its handler at each tick. */
-class Timer : private Wakeup
+/** An element of the timer array Timer1: an interval in ms, switched on and off, calling its handler at each tick.
+    With an interval of 0 it never ticks. */
+class Timer : public Wakeup
 {
 public:
     explicit Timer(std::function<void()> tick) : m_tick(std::move(tick)) {}
@@ -116,6 +131,7 @@ public:
 
 private:
     void wake() override;
+    void restart();
     bool isSuspension() const override { return false; }
     std::function<void()> m_tick;
     int m_ms = 0;

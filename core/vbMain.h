@@ -22,6 +22,7 @@ QString AppVersion(); // "2.0.0"
 struct VbMain {
     std::unique_ptr<dao::Database> db;
     QString databasePath;
+    int databaseGeneration = 0; // counts openings, so that a cycle notices that it began on another file
     bool monitoring = false;    // the monitoring flag
     qint16 minutesLeft = 0;     // until the next check; 0: at the next tick
     qint16 startFlag = 0;       // 1 once the main window has been placed
@@ -32,6 +33,8 @@ struct VbMain {
 };
 VbMain &vbMain();
 
+/** Makes an opened database the program's one; the former one is closed. */
+void UseDatabase(std::unique_ptr<dao::Database> opened, const QString &path);
 /** The open database; throws VbError 91 when none is open. */
 dao::Database &db();
 
@@ -53,6 +56,8 @@ void DBRecordEvent(const QDateTime &EventDate, const QString &EventType, const Q
                    qint32 PortID, qint16 EventIcon);
 /** Reports an unexpected error through the announcer and one critical box, unloads the window and ends the program. */
 [[noreturn]] void ErrorHandler(long ErrNumber, const QString &ErrDescription, const char *ProcName);
+/** Throws the last error of the database engine's collection, if there is one: the second net after a statement. */
+void CheckDatabaseErrors();
 /** Opens a file or address with the desktop's "Open". */
 void ShellOpen(const QString &FilePath);
 
