@@ -1,7 +1,8 @@
 #include "ui/ElidedLabel.h"
 
-#include <QAccessible>
 #include <QPainter>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int kPadding = 4;
@@ -20,7 +21,7 @@ void ElidedLabel::setText(const QString &text)
     m_text = text;
     // A screen reader reads the description beside the panel's name.
     setAccessibleDescription(text);
-    setToolTip(text.isEmpty() ? QString() : Qt::convertFromPlainText(text));
+    setToolTip(text.isEmpty() ? QString() : u"<p>"_s + text.toHtmlEscaped() + u"</p>"_s);
     update();
 }
 

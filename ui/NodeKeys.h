@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QHashFunctions>
 #include <QMetaType>
 #include <QString>
 
 /** What a row of the tree or of the status list stands for. */
 enum class NodeLevel { None, Root, Group, Device, Port };
 Q_DECLARE_METATYPE(NodeLevel)
+inline size_t qHash(NodeLevel level, size_t seed = 0) { return qHash(int(level), seed); }
 
 /** Node keys: the only link between a node and its database row. */
 namespace keys {

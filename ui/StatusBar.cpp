@@ -12,13 +12,13 @@ constexpr int kPaintIntervalMs = 30;
 
 struct PanelLooks {
     const char *name;
-    const char16_t *objectName;
+    QLatin1StringView objectName;
     int stretch;
 };
 constexpr PanelLooks kPanels[StatusBar::PanelCount] = {
-    {QT_TRANSLATE_NOOP("StatusBar", "Progress"), u"sbPanelProgress", 5},
-    {QT_TRANSLATE_NOOP("StatusBar", "Announcement"), u"sbPanelAnnouncement", 4},
-    {QT_TRANSLATE_NOOP("StatusBar", "State"), u"sbPanelReady", 2},
+    {QT_TRANSLATE_NOOP("StatusBar", "Progress"), "sbPanelProgress"_L1, 5},
+    {QT_TRANSLATE_NOOP("StatusBar", "Announcement"), "sbPanelAnnouncement"_L1, 4},
+    {QT_TRANSLATE_NOOP("StatusBar", "State"), "sbPanelReady"_L1, 2},
 };
 
 } // namespace
@@ -29,7 +29,7 @@ StatusBar::StatusBar(QWidget *parent) : QStatusBar(parent)
     setAccessibleName(tr("Status bar"));
     for (int panel = 0; panel < PanelCount; ++panel) {
         auto *label = new ElidedLabel(this);
-        label->setObjectName(QString(kPanels[panel].objectName));
+        label->setObjectName(kPanels[panel].objectName);
         label->setAccessibleName(tr(kPanels[panel].name));
         addWidget(label, kPanels[panel].stretch);
         m_labels[panel] = label;

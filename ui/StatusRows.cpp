@@ -9,18 +9,18 @@ namespace rows {
 
 namespace {
 
-constexpr char16_t kPortSelect[] =
-    u"Select tblPortMain.Device_ID, tblPortMain.Port_ID, tblPortMain.Port_Num, tblPortMain.Port_Type,"
+constexpr QLatin1StringView kPortSelect =
+    "Select tblPortMain.Device_ID, tblPortMain.Port_ID, tblPortMain.Port_Num, tblPortMain.Port_Type,"
     " tblPortMain.Port_Desc, tblPortStatus.Port_Status, tblPortStatus.Port_Last_Error,"
     " tblPortStatus.Port_Rec_Date, tblPortStatus.Port_Fail_Date, tblPortStatus.Port_Success,"
     " tblPortStatus.Port_Failure, tblPortStatus.Ping_Min, tblPortStatus.Ping_Max, tblPortStatus.Ping_Avg"
-    " FROM tblPortMain, tblPortStatus";
+    " FROM tblPortMain, tblPortStatus"_L1;
 
-QString text(const dao::Recordset &row, const char16_t *field) { return row.Field(QString(field)).text(); }
+QString text(const dao::Recordset &row, QLatin1StringView field) { return row.Field(field).text(); }
 
-qint64 number(const dao::Recordset &row, const char16_t *field)
+qint64 number(const dao::Recordset &row, QLatin1StringView field)
 {
-    const dao::Value value = row.Field(QString(field));
+    const dao::Value value = row.Field(field);
     return value.isNull() ? 0 : value.integer();
 }
 
@@ -39,46 +39,46 @@ QString groupStatus(int icon)
 
 StatusRow groupRow(const dao::Recordset &row)
 {
-    const int icon = int(number(row, u"Group_Icon"));
-    return {NodeLevel::Group, keys::group(number(row, u"Group_ID")), icon,
-            {text(row, u"Group_Label"), u"Group"_s, text(row, u"Group_Desc"), groupStatus(icon)}};
+    const int icon = int(number(row, "Group_Icon"_L1));
+    return {NodeLevel::Group, keys::group(number(row, "Group_ID"_L1)), icon,
+            {text(row, "Group_Label"_L1), u"Group"_s, text(row, "Group_Desc"_L1), groupStatus(icon)}};
 }
 
 StatusRow deviceRow(const dao::Recordset &row)
 {
-    const QString name = text(row, u"Device_Name");
-    const QString alias = text(row, u"Device_Alias");
-    return {NodeLevel::Device, keys::device(number(row, u"Device_ID"), name), int(number(row, u"Device_Icon")),
-            {alias.isEmpty() ? name : alias, u"Device"_s, text(row, u"Device_Desc"),
-             text(row, u"Device_Status")}};
+    const QString name = text(row, "Device_Name"_L1);
+    const QString alias = text(row, "Device_Alias"_L1);
+    return {NodeLevel::Device, keys::device(number(row, "Device_ID"_L1), name), int(number(row, "Device_Icon"_L1)),
+            {alias.isEmpty() ? name : alias, u"Device"_s, text(row, "Device_Desc"_L1),
+             text(row, "Device_Status"_L1)}};
 }
 
 QString portStatus(const dao::Recordset &row)
 {
-    const QString stored = text(row, u"Port_Status");
+    const QString stored = text(row, "Port_Status"_L1);
     if (stored == u"Failed")
-        return u"Failed since "_s + text(row, u"Port_Fail_Date");
+        return u"Failed since "_s + text(row, "Port_Fail_Date"_L1);
     if (stored == u"Recovered")
-        return u"Recovered on "_s + text(row, u"Port_Rec_Date");
+        return u"Recovered on "_s + text(row, "Port_Rec_Date"_L1);
     return stored;
 }
 
 QString portSummary(const dao::Recordset &row)
 {
-    const QString summary = successSummary(number(row, u"Port_Success"), number(row, u"Port_Failure"));
-    if (text(row, u"Port_Type") != u"Ping")
+    const QString summary = successSummary(number(row, "Port_Success"_L1), number(row, "Port_Failure"_L1));
+    if (text(row, "Port_Type"_L1) != u"Ping")
         return summary;
-    return summary + u' ' + text(row, u"Ping_Min") + u" min/"_s + text(row, u"Ping_Max") + u" max/"_s
-           + text(row, u"Ping_Avg") + u" average"_s;
+    return summary + u' ' + text(row, "Ping_Min"_L1) + u" min/"_s + text(row, "Ping_Max"_L1) + u" max/"_s
+           + text(row, "Ping_Avg"_L1) + u" average"_s;
 }
 
 StatusRow portRow(const dao::Recordset &row)
 {
-    const QString portNum = text(row, u"Port_Num");
-    const QString type = text(row, u"Port_Type");
-    return {NodeLevel::Port, keys::port(number(row, u"Device_ID"), portNum), int(number(row, u"Port_Icon")),
-            {type + u':' + portNum, type, text(row, u"Port_Desc"), portStatus(row),
-             text(row, u"Port_Last_Error"), portSummary(row)}};
+    const QString portNum = text(row, "Port_Num"_L1);
+    const QString type = text(row, "Port_Type"_L1);
+    return {NodeLevel::Port, keys::port(number(row, "Device_ID"_L1), portNum), int(number(row, "Port_Icon"_L1)),
+            {type + u':' + portNum, type, text(row, "Port_Desc"_L1), portStatus(row),
+             text(row, "Port_Last_Error"_L1), portSummary(row)}};
 }
 
 void append(QList<StatusRow> &list, const QString &sql, StatusRow (*make)(const dao::Recordset &))
@@ -121,7 +121,7 @@ QList<StatusRow> ports(const QString &deviceId)
     append(list, u"Select * from [tblDevices] WHERE Device_ID = "_s + deviceId, deviceRow);
     markParent(list);
     append(list,
-           QString(kPortSelect) + u" WHERE tblPortMain.Device_ID = "_s + deviceId
+           kPortSelect + u" WHERE tblPortMain.Device_ID = "_s + deviceId
                + u" AND tblPortMain.Port_ID = tblPortStatus.Port_ID ORDER BY tblPortMain.Port_Num"_s,
            portRow);
     return list;
@@ -131,7 +131,7 @@ QList<StatusRow> port(const QString &deviceId, const QString &portNum)
 {
     QList<StatusRow> list;
     append(list,
-           QString(kPortSelect) + u" WHERE tblPortMain.Port_Num = "_s + portNum
+           kPortSelect + u" WHERE tblPortMain.Port_Num = "_s + portNum
                + u" AND tblPortMain.Device_ID = "_s + deviceId
                + u" AND tblPortMain.Device_ID = tblPortStatus.Device_ID"
                  " AND tblPortMain.Port_ID = tblPortStatus.Port_ID ORDER BY tblPortMain.Port_Num"_s,

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int kStatusIntervalMs = 300;
@@ -39,14 +41,20 @@ void TerminalEcho::status(const QString &text)
 void TerminalEcho::announcement(const QString &text)
 {
     if (!text.isEmpty())
-        tell(u"Announcement: ", text);
+        tell("Announcement: "_L1, text);
 }
 
 void TerminalEcho::event(const QString &line)
 {
     // In the order in which things happened.
     flush();
-    tell(u"Event: ", line);
+    tell("Event: "_L1, line);
+}
+
+void TerminalEcho::message(const QString &caption, const QString &text)
+{
+    flush();
+    tell("Message: "_L1, caption + ": "_L1 + text);
 }
 
 void TerminalEcho::timerEvent(QTimerEvent *event)
@@ -62,10 +70,10 @@ void TerminalEcho::flush()
         return;
     m_told = m_pending;
     m_lastStatus.start();
-    tell(u"Status: ", m_told);
+    tell("Status: "_L1, m_told);
 }
 
-void TerminalEcho::tell(const char16_t *label, const QString &text)
+void TerminalEcho::tell(QLatin1StringView label, const QString &text)
 {
-    m_write(QString(label) + text.simplified());
+    m_write(label + text.simplified());
 }

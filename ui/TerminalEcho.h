@@ -5,8 +5,8 @@
 #include <QObject>
 #include <functional>
 
-/** Tells on a terminal what the window would show, one line each, while there is no display. Events are always told;
-    progress texts that follow fast are thinned out to a few per second, but the last one of a burst never gets lost. */
+/** Tells on a terminal what the window would show, one line each, while there is no display. All is told at once;
+    only progress texts that follow fast are thinned out to a few per second, but the last one of a burst never gets lost. */
 class TerminalEcho : public QObject
 {
     Q_OBJECT
@@ -18,13 +18,14 @@ public:
     void status(const QString &text);
     void announcement(const QString &text);
     void event(const QString &line);
+    void message(const QString &caption, const QString &text);
 
 protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
     void flush();
-    void tell(const char16_t *label, const QString &text);
+    void tell(QLatin1StringView label, const QString &text);
 
     std::function<void(const QString &)> m_write;
     QElapsedTimer m_lastStatus;
