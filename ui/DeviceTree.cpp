@@ -31,6 +31,8 @@ public:
             return ImageList::image(image);
         case Qt::AccessibleDescriptionRole:
             return ImageList::describe(image);
+        case Qt::UserRole:
+            return key;
         default:
             return QTreeWidgetItem::data(column, role);
         }

@@ -15,6 +15,16 @@ namespace {
 constexpr QSize kSize(480, 300);
 constexpr int kMargin = 24;
 constexpr int kLineHeight = 22;
+// The art is dark in every palette, so its texts do not follow the palette either.
+constexpr QRgb kStatusColour = 0xfff0f6fc;
+constexpr QRgb kVersionColour = 0xffa9c7e2;
+
+void setTextColour(QLabel &label, QRgb colour)
+{
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, QColor::fromRgba(colour));
+    label.setPalette(palette);
+}
 
 } // namespace
 
@@ -33,7 +43,8 @@ frmSplash::frmSplash(QWidget *parent)
     m_status->setGeometry(kMargin, kSize.height() - kMargin - 2 * kLineHeight, width, kLineHeight);
     m_version->setGeometry(kMargin, kSize.height() - kMargin - kLineHeight, width, kLineHeight);
     m_status->setTextFormat(Qt::PlainText);
-    m_version->setEnabled(false);
+    setTextColour(*m_status, kStatusColour);
+    setTextColour(*m_version, kVersionColour);
     if (const QScreen *screen = QGuiApplication::primaryScreen())
         move(screen->availableGeometry().center() - rect().center());
 }
@@ -51,8 +62,5 @@ QString frmSplash::version() const { return m_version->text(); }
 void frmSplash::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), palette().window());
     ImageList::splash().paint(&painter, rect());
-    painter.setPen(palette().color(QPalette::Mid));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
