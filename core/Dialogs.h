@@ -11,7 +11,8 @@ public:
     enum Answer { AnswerOk = 1, AnswerCancel = 2, AnswerYes = 6, AnswerNo = 7 };
 
     virtual ~Dialogs() = default;
-    /** Shows a modal box and returns the answer; a box that is closed answers Cancel (OK where that is all it has). */
+    /** Shows a modal box and returns the answer. A box that is closed answers Cancel where it offers that, No for a
+        yes/no question, OK where that is all it has. */
     virtual Answer messageBox(const QString &text, const QString &caption, Icon icon, Buttons buttons) = 0;
     /** Asks the desktop to open a file or address; the result is not examined. */
     virtual void shellOpen(const QString &target) = 0;

@@ -13,7 +13,7 @@ struct FileQuestion {
     QString filter; // "Text (*.txt)|*.txt", further pairs after another "|"
 };
 
-/** Asks for a file to open; "" when cancelled. A name that does not exist is returned too: the caller judges it. */
+/** Asks for a file to open; "" when cancelled. A missing file is returned too: the caller judges it. */
 QString openFile(QWidget *parent, const FileQuestion &question);
 /** Asks for a file to write; "" when cancelled. The caller asks before it overwrites. */
 QString saveFile(QWidget *parent, const FileQuestion &question);

@@ -96,7 +96,8 @@ Answer messageBox(QWidget *parent, const QString &text, const QString &caption, 
         return script->answerBox({ text, caption, icon, buttons });
 
     // On the heap and watched: closing the parent while the box is open takes the box with it.
-    QPointer<QMessageBox> box = new QMessageBox(boxIcon(icon), caption, QString(), boxButtons(buttons), parent);
+    QPointer<QMessageBox> box
+        = new QMessageBox(boxIcon(icon), caption, QString(), boxButtons(buttons), parent);
     box->setTextFormat(Qt::PlainText);
     box->setText(withPlainLineBreaks(text));
     box->setDefaultButton(buttons == Ok ? QMessageBox::Ok : QMessageBox::Yes);

@@ -13,8 +13,8 @@ enum Icon { Critical = 16, Question = 32, Exclamation = 48, Information = 64 };
 enum Buttons { Ok = 0, YesNoCancel = 3, YesNo = 4 };
 enum Answer { AnswerOk = 1, AnswerCancel = 2, AnswerYes = 6, AnswerNo = 7 };
 
-/** Shows a modal box and returns the answer. The text is plain; line breaks may be LF, CR or both, tabs are kept.
-    A box that is closed answers Cancel where it has that button, else No, else OK. */
+/** Shows a modal box and returns the answer. The text is plain; line breaks may be LF, CR or both, tabs are
+    kept. A box that is closed answers Cancel where it has that button, else No, else OK. */
 Answer messageBox(QWidget *parent, const QString &text, const QString &caption, Icon icon, Buttons buttons);
 
 /** The answer of a box that is closed without pressing a button. */

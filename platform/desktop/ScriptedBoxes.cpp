@@ -13,7 +13,8 @@ ScriptedBoxes *s_active = nullptr;
 } // namespace
 
 ScriptedBoxes::ScriptedBoxes(Fail fail)
-    : m_fail(std::move(fail)), m_outer(std::exchange(s_active, this))
+    : m_fail(std::move(fail))
+    , m_outer(std::exchange(s_active, this))
 {
 }
 
@@ -24,10 +25,7 @@ ScriptedBoxes::~ScriptedBoxes()
         m_fail(u"never asked: "_s + words(left.kind, left.text));
 }
 
-ScriptedBoxes *ScriptedBoxes::active()
-{
-    return s_active;
-}
+ScriptedBoxes *ScriptedBoxes::active() { return s_active; }
 
 ScriptedBoxes &ScriptedBoxes::expectBox(const QString &text, Answer answer)
 {
@@ -82,7 +80,8 @@ void ScriptedBoxes::noteShellOpen(const QString &target)
 
 QString ScriptedBoxes::words(Kind kind, const QString &text)
 {
-    static constexpr QLatin1StringView kNames[] = { "box"_L1, "open file"_L1, "save file"_L1, "shell open"_L1 };
+    static constexpr QLatin1StringView kNames[]
+        = { "box"_L1, "open file"_L1, "save file"_L1, "shell open"_L1 };
     return kNames[int(kind)] + ": "_L1 + text;
 }
 

@@ -9,9 +9,9 @@
 
 namespace desktop {
 
-/** For tests: answers the desktop's questions from a list, in order, as long as it lives. A question that differs
-    from the next expected one, one too many, or one never asked is reported through the callback; no window is
-    ever shown. Several may be nested; the innermost answers. */
+/** For tests: answers the desktop's questions from a list, in order, as long as it lives. A question that
+    differs from the next expected one, one too many, or one never asked is reported through the callback; no
+    window is ever shown. Several may be nested; the innermost answers. */
 class ScriptedBoxes
 {
 public:

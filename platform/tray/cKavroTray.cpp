@@ -5,7 +5,8 @@
 #include <QSystemTrayIcon>
 
 cKavroTray::cKavroTray(QObject *parent)
-    : QObject(parent), m_icon(new QSystemTrayIcon(this))
+    : QObject(parent)
+    , m_icon(new QSystemTrayIcon(this))
 {
     connect(m_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger)
@@ -15,35 +16,17 @@ cKavroTray::cKavroTray(QObject *parent)
     });
 }
 
-void cKavroTray::SetPicture(const QIcon &picture)
-{
-    m_icon->setIcon(picture);
-}
+void cKavroTray::SetPicture(const QIcon &picture) { m_icon->setIcon(picture); }
 
-void cKavroTray::SetTip(const QString &tip)
-{
-    m_icon->setToolTip(tip);
-}
+void cKavroTray::SetTip(const QString &tip) { m_icon->setToolTip(tip); }
 
-QString cKavroTray::Tip() const
-{
-    return m_icon->toolTip();
-}
+QString cKavroTray::Tip() const { return m_icon->toolTip(); }
 
-void cKavroTray::SetMenu(QMenu *menu)
-{
-    m_icon->setContextMenu(menu);
-}
+void cKavroTray::SetMenu(QMenu *menu) { m_icon->setContextMenu(menu); }
 
-void cKavroTray::Show()
-{
-    m_icon->show();
-}
+void cKavroTray::Show() { m_icon->show(); }
 
-void cKavroTray::Hide()
-{
-    m_icon->hide();
-}
+void cKavroTray::Hide() { m_icon->hide(); }
 
 bool cKavroTray::isAvailable() const
 {

@@ -7,8 +7,8 @@ class QIcon;
 class QMenu;
 class QSystemTrayIcon;
 
-/** The tray icon control: picture, tip and menu in the desktop's notification area. On a desktop without one every
-    call is kept for later: a tray host that starts afterwards shows the icon with its latest state. */
+/** The tray icon control: picture, tip and menu in the desktop's notification area. On a desktop without one
+    every call is kept for later: a tray host that starts afterwards shows the icon with its latest state. */
 class cKavroTray : public QObject
 {
     Q_OBJECT

@@ -64,21 +64,36 @@ TEST(DefaultRows, EverySayingHasItsTokensAnAnimationAndAnOrder)
 {
     // What the program replaces; a saying must hold exactly these tokens.
     const QMap<QString, QStringList> sayings = {
-        { u"LogFileNotFound"_s, {} }, { u"MonitorDecline"_s, {} }, { u"MonitorOn"_s, {} }, { u"MonitorOff"_s, {} },
+        { u"LogFileNotFound"_s, {} },
+        { u"MonitorDecline"_s, {} },
+        { u"MonitorOn"_s, {} },
+        { u"MonitorOff"_s, {} },
         { u"AnnounceDateTime"_s, { u"<DATE>"_s, u"<TIME>"_s } },
-        { u"DevicesFailed"_s, {} }, { u"FailedDeviceList"_s, { u"<DEVICELIST>"_s } },
-        { u"DevicesRecovered"_s, {} }, { u"RecoveredDeviceList"_s, { u"<DEVICELIST>"_s } },
-        { u"MaxFailedExceeded"_s, {} }, { u"MaxRecoveredExceeded"_s, {} },
-        { u"Status-OK"_s, {} }, { u"Status-Failure"_s, { u"<PROBLEMS>"_s } }, { u"Status-None"_s, {} },
-        { u"MSAgentGreeting"_s, { u"<CHARACTER>"_s } }, { u"AnnounceEmail"_s, {} },
-        { u"SMTP-NoValidServer"_s, {} }, { u"SMTPEmailError"_s, { u"<DEVICE>"_s, u"<ERROR>"_s } },
-        { u"HTMLWriteError"_s, { u"<ERROR>"_s } }, { u"HTMLOutputFileDoesNotExist"_s, {} },
-        { u"CreateNewDB"_s, {} }, { u"CompactDatabase"_s, {} }, { u"Options-SMTP"_s, { u"<VAL>"_s } },
-        { u"Options-AliasExample"_s, {} }, { u"PortListError-InvalidPortNum"_s, { u"<NUMBER>"_s } },
+        { u"DevicesFailed"_s, {} },
+        { u"FailedDeviceList"_s, { u"<DEVICELIST>"_s } },
+        { u"DevicesRecovered"_s, {} },
+        { u"RecoveredDeviceList"_s, { u"<DEVICELIST>"_s } },
+        { u"MaxFailedExceeded"_s, {} },
+        { u"MaxRecoveredExceeded"_s, {} },
+        { u"Status-OK"_s, {} },
+        { u"Status-Failure"_s, { u"<PROBLEMS>"_s } },
+        { u"Status-None"_s, {} },
+        { u"MSAgentGreeting"_s, { u"<CHARACTER>"_s } },
+        { u"AnnounceEmail"_s, {} },
+        { u"SMTP-NoValidServer"_s, {} },
+        { u"SMTPEmailError"_s, { u"<DEVICE>"_s, u"<ERROR>"_s } },
+        { u"HTMLWriteError"_s, { u"<ERROR>"_s } },
+        { u"HTMLOutputFileDoesNotExist"_s, {} },
+        { u"CreateNewDB"_s, {} },
+        { u"CompactDatabase"_s, {} },
+        { u"Options-SMTP"_s, { u"<VAL>"_s } },
+        { u"Options-AliasExample"_s, {} },
+        { u"PortListError-InvalidPortNum"_s, { u"<NUMBER>"_s } },
         { u"PortListError-Delete"_s, {} },
     };
-    const QStringList animations = { u"Acknowledge"_s, u"Alert"_s, u"Announce"_s, u"Congratulate"_s, u"Explain"_s,
-        u"GetAttention"_s, u"Greet"_s, u"Pleased"_s, u"Sad"_s, u"Surprised"_s, u"Think"_s, u"Uncertain"_s, u"Wave"_s };
+    const QStringList animations
+        = { u"Acknowledge"_s, u"Alert"_s, u"Announce"_s, u"Congratulate"_s, u"Explain"_s, u"GetAttention"_s,
+              u"Greet"_s, u"Pleased"_s, u"Sad"_s, u"Surprised"_s, u"Think"_s, u"Uncertain"_s, u"Wave"_s };
     QMap<QString, QStringList> found;
     QMap<QString, int> lastOrder;
     for (const auto &row : rowsOf(u"tblAgentAnnounce"_s)) {
@@ -108,8 +123,8 @@ TEST(DefaultRows, TheFirstCheckIsCompleteAndUnchecked)
     EXPECT_EQ(group[u"Group_Icon"_s], u"14"_s);
     EXPECT_EQ(device[u"Device_Icon"_s], u"2"_s);
     EXPECT_EQ(device[u"Device_Status"_s], u"Not checked"_s);
-    const QStringList zeros = { u"Port_Success"_s, u"Port_Failure"_s, u"Ping_Cur"_s, u"Ping_Min"_s, u"Ping_Max"_s,
-        u"Ping_Avg"_s, u"Port_Mode"_s, u"Port_Icon_Flag"_s };
+    const QStringList zeros = { u"Port_Success"_s, u"Port_Failure"_s, u"Ping_Cur"_s, u"Ping_Min"_s,
+        u"Ping_Max"_s, u"Ping_Avg"_s, u"Port_Mode"_s, u"Port_Icon_Flag"_s };
     for (const QString &column : zeros)
         EXPECT_EQ(state.value(column), u"0"_s) << qPrintable(column);
     EXPECT_EQ(state[u"Port_Icon"_s], u"5"_s);

@@ -18,18 +18,15 @@ QStringList expectedImages()
         names += u"image%1"_s.arg(i, 2, 10, QChar(u'0'));
     for (int i = 1; i <= 6; ++i)
         names += u"event%1"_s.arg(i);
-    const char *tools[] = { "monitor", "stop", "refresh", "views", "options", "open", "saveas", "add", "properties",
-        "details", "delete", "disable", "expand", "collapse", "log", "html", "exit", "help", "view_large",
-        "view_small", "view_list", "view_details", "restore", "clear", "reset" };
+    const char *tools[] = { "monitor", "stop", "refresh", "views", "options", "open", "saveas", "add",
+        "properties", "details", "delete", "disable", "expand", "collapse", "log", "html", "exit", "help",
+        "view_large", "view_small", "view_list", "view_details", "restore", "clear", "reset" };
     for (const char *tool : tools)
         names += "tool_"_L1 + QLatin1StringView(tool);
     return names;
 }
 
-QString pathOf(const QString &name)
-{
-    return u":/images/%1.svg"_s.arg(name);
-}
+QString pathOf(const QString &name) { return u":/images/%1.svg"_s.arg(name); }
 
 QImage rendered(const QString &name, int size, QColor background)
 {
@@ -96,15 +93,16 @@ TEST(Images, StatesOfAKindDifferWithoutColour)
         for (int i = 0; i < kind.size(); ++i)
             for (int k = i + 1; k < kind.size(); ++k)
                 for (const QColor &background : { QColor(Qt::white), QColor(0x2b, 0x2b, 0x2b) })
-                    EXPECT_GE(differingPixels(rendered(kind.at(i), 16, background),
-                                  rendered(kind.at(k), 16, background)),
+                    EXPECT_GE(differingPixels(
+                                  rendered(kind.at(i), 16, background), rendered(kind.at(k), 16, background)),
                         16)
                         << qPrintable(kind.at(i)) << " and " << qPrintable(kind.at(k));
 }
 
 TEST(Images, KeepToWhatTheRendererDraws)
 {
-    const QList<QByteArray> undrawn = { "<filter", "<mask", "<clipPath", "<style", "class=", "<image", "href=" };
+    const QList<QByteArray> undrawn
+        = { "<filter", "<mask", "<clipPath", "<style", "class=", "<image", "href=" };
     for (const QString &name : expectedImages()) {
         QFile file(pathOf(name));
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));

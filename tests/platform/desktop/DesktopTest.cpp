@@ -43,10 +43,7 @@ void press(QWidget *window, int key)
     QApplication::sendEvent(target, &up);
 }
 
-QMessageBox *asBox(QWidget *window)
-{
-    return qobject_cast<QMessageBox *>(window);
-}
+QMessageBox *asBox(QWidget *window) { return qobject_cast<QMessageBox *>(window); }
 
 int visibleWindows()
 {
@@ -101,7 +98,8 @@ TEST(MessageBox, AnswersByButtonByKeyAndByClosing)
     };
     for (const Row &row : rows) {
         whenOpen(row.act);
-        EXPECT_EQ(messageBox(nullptr, u"text"_s, u"caption"_s, Question, row.buttons), row.answer) << row.name;
+        EXPECT_EQ(messageBox(nullptr, u"text"_s, u"caption"_s, Question, row.buttons), row.answer)
+            << row.name;
     }
     EXPECT_EQ(visibleWindows(), 0);
 }
@@ -109,9 +107,9 @@ TEST(MessageBox, AnswersByButtonByKeyAndByClosing)
 TEST(MessageBox, ShowsTheTextAsItIs)
 {
     const QString text = u"<b>100%</b> & more\r\n\r\nError Number: \t5\rlast\nline"_s;
-    const QList<std::pair<Icon, QMessageBox::Icon>> icons = { { Critical, QMessageBox::Critical },
-        { Question, QMessageBox::Question }, { Exclamation, QMessageBox::Warning },
-        { Information, QMessageBox::Information } };
+    const QList<std::pair<Icon, QMessageBox::Icon>> icons
+        = { { Critical, QMessageBox::Critical }, { Question, QMessageBox::Question },
+              { Exclamation, QMessageBox::Warning }, { Information, QMessageBox::Information } };
     for (const auto &[icon, shown] : icons) {
         whenOpen([shown = shown](QWidget *w) {
             EXPECT_EQ(w->windowTitle(), u"The caption"_s);
@@ -141,7 +139,8 @@ TEST(MessageBox, CloseRequestReachesTheWindowOfThatCaptionOnly)
     EXPECT_FALSE(closeWindowTitled(u"Kavro_2000 - Continue?"_s));
 
     QTimer::singleShot(20, qApp, [] { EXPECT_TRUE(closeWindowTitled(u"Kavro_2000 - Continue?"_s)); });
-    EXPECT_EQ(messageBox(&other, u"Sure?"_s, u"Kavro_2000 - Continue?"_s, Question, YesNoCancel), AnswerCancel);
+    EXPECT_EQ(
+        messageBox(&other, u"Sure?"_s, u"Kavro_2000 - Continue?"_s, Question, YesNoCancel), AnswerCancel);
     EXPECT_TRUE(other.isVisible());
 }
 
@@ -155,7 +154,8 @@ TEST(ScriptedBoxes, AnswersInOrderWithoutAnyWindow)
         .expectShellOpen(u"file:///tmp/log.txt"_s)
         .expectBox(u"Done."_s);
     EXPECT_EQ(messageBox(nullptr, u"Sure?"_s, u"Title"_s, Question, YesNo), AnswerNo);
-    EXPECT_EQ(openFile(nullptr, { u"Open it"_s, u"/tmp"_s, u"x.mdb"_s, u"mdb (*.mdb)|*.mdb"_s }), u"/tmp/a.mdb"_s);
+    EXPECT_EQ(
+        openFile(nullptr, { u"Open it"_s, u"/tmp"_s, u"x.mdb"_s, u"mdb (*.mdb)|*.mdb"_s }), u"/tmp/a.mdb"_s);
     EXPECT_EQ(saveFile(nullptr, { u"Save it"_s, QString(), QString(), QString() }), QString());
     EXPECT_TRUE(shellOpen(u"file:///tmp/log.txt"_s));
     EXPECT_FALSE(script.isFinished());
@@ -190,8 +190,9 @@ TEST(ScriptedBoxes, ReportsWrongExtraAndMissingQuestions)
     EXPECT_EQ(ScriptedBoxes::active(), nullptr);
     EXPECT_EQ(visibleWindows(), 0);
     EXPECT_EQ(failures,
-        QStringList({ u"expected box: one but asked box: other"_s, u"expected shell open: two but asked box: two"_s,
-            u"never asked: box: three"_s, u"unexpected: open file: extra"_s }));
+        QStringList(
+            { u"expected box: one but asked box: other"_s, u"expected shell open: two but asked box: two"_s,
+                u"never asked: box: three"_s, u"unexpected: open file: extra"_s }));
 }
 
 TEST(FilePickers, OfferTheProposedNameAndLeaveJudgementToTheCaller)

@@ -54,8 +54,9 @@ protected:
 
     void startHost()
     {
-        host.start(u"trayer"_s, { u"--edge"_s, u"bottom"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
-                                    u"request"_s, u"--height"_s, u"32"_s });
+        host.start(u"trayer"_s,
+            { u"--edge"_s, u"bottom"_s, u"--align"_s, u"right"_s, u"--widthtype"_s, u"request"_s,
+                u"--height"_s, u"32"_s });
         ASSERT_TRUE(host.waitForStarted());
         ASSERT_TRUE(waitUntil([this] { return tray.isAvailable(); }));
     }
@@ -76,7 +77,8 @@ protected:
     void click(const QStringList &how)
     {
         const QPoint at = place().center();
-        QStringList arguments = { u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"click"_s };
+        QStringList arguments
+            = { u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"click"_s };
         ASSERT_EQ(QProcess::execute(u"xdotool"_s, arguments + how), 0);
     }
 

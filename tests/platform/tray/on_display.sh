@@ -1,17 +1,17 @@
 #!/bin/sh
-# Runs a command on a virtual display of its own, with a window manager: on_display.sh COMMAND [ARGUMENT...]
+# Runs a command on a virtual display of its own: on_display.sh COMMAND [ARGUMENT...]
 set -eu
 
-for tool in Xvfb openbox trayer xdotool; do
+for tool in Xvfb trayer xdotool; do
     command -v "$tool" >/dev/null || { echo "on_display.sh: $tool is not installed" >&2; exit 1; }
 done
 
 folder=$(mktemp -d)
-started=
-trap 'kill $started 2>/dev/null || true; wait; rm -rf "$folder"' EXIT
+server=
+trap 'kill $server 2>/dev/null || true; wait; rm -rf "$folder"' EXIT
 
 Xvfb -displayfd 3 -screen 0 800x600x24 -nolisten tcp 3>"$folder/display" 2>/dev/null &
-started=$!
+server=$!
 tries=0
 until [ -s "$folder/display" ]; do
     tries=$((tries + 1))
@@ -24,6 +24,4 @@ XDG_RUNTIME_DIR=$folder
 export DISPLAY QT_QPA_PLATFORM XDG_RUNTIME_DIR
 chmod 700 "$folder"
 
-openbox >/dev/null 2>&1 &
-started="$! $started"
 "$@"
