@@ -21,11 +21,9 @@ protected:
     void SetUp() override
     {
         dao::setDateLocale(QLocale(QLocale::English, QLocale::UnitedStates));
-        create(path());
+        static const Model model;
+        ASSERT_TRUE(QFile::copy(model.folder.filePath(u"model.mdb"_s), path()));
         db = dao::OpenDatabase(path(), true);
-        for (const char16_t *sql : kRows)
-            db->Execute(QString::fromUtf16(sql), dao::dbFailOnError);
-        db->CommitPending();
     }
 
     QString path(const QString &name = u"test.mdb"_s) const { return m_folder.filePath(name); }
@@ -79,6 +77,19 @@ protected:
     std::unique_ptr<dao::Database> db;
 
 private:
+    /** Built once; every test works on a copy. */
+    struct Model {
+        Model()
+        {
+            create(folder.filePath(u"model.mdb"_s));
+            const auto made = dao::OpenDatabase(folder.filePath(u"model.mdb"_s), true);
+            for (const char16_t *sql : kRows)
+                made->Execute(QString::fromUtf16(sql), dao::dbFailOnError);
+            made->Close();
+        }
+        QTemporaryDir folder;
+    };
+
     static constexpr const char16_t *kRows[] = {
         u"INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('Servers', 'Main room')",
         u"INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('office', '')",
