@@ -57,6 +57,13 @@ void WindowWorld::refresh()
     task.result();
 }
 
+QStringList WindowWorld::distinct(const QString &select)
+{
+    QStringList rows = world.rows(select);
+    rows.removeDuplicates();
+    return rows;
+}
+
 void WindowWorld::expectEnd(const QString &procedure, const std::function<void()> &act)
 {
     world.dialogs.expect(u"An error has occured in the "_s + procedure + u" subroutine."_s);

@@ -16,6 +16,9 @@
 
 #include <memory>
 
+/** So that failures show texts instead of their bytes. */
+inline void PrintTo(const QString &text, std::ostream *out) { *out << '"' << text.toStdString() << '"'; }
+
 /** Editors that record what they were asked to open. */
 class RecordingEditors : public Editors
 {
@@ -54,6 +57,8 @@ protected:
     QStringList listLines();
     /** Lets the tree's icons be refreshed to the end. */
     void refresh();
+    /** The different rows of a SELECT. */
+    QStringList distinct(const QString &select);
     /** Expects the error box of a procedure and that the program ends. */
     void expectEnd(const QString &procedure, const std::function<void()> &act);
 };
