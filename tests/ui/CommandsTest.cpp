@@ -202,7 +202,6 @@ TEST_F(CommandsTest, ViewModesAreKept)
 TEST_F(CommandsTest, ViewSelectorAndItsKeys)
 {
     open();
-    window->activateWindow();
     QTest::keyClick(window.get(), Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(window->viewSelector().currentText(), u"Event Viewer"_s);
     EXPECT_TRUE(window->events().isVisible());
@@ -271,7 +270,6 @@ TEST_F(CommandsTest, EditorCommandsAreAbsentWithoutEditors)
 TEST_F(CommandsTest, MonitoringKeyToggles)
 {
     open();
-    window->activateWindow();
     QTest::keyClick(window.get(), Qt::Key_M, Qt::ControlModifier);
     EXPECT_TRUE(vbMain().monitoring);
     QTest::keyClick(window.get(), Qt::Key_M, Qt::ControlModifier);
@@ -311,7 +309,6 @@ TEST_F(CommandsTest, EverythingIsReachableByKeyboardAndNamed)
         }
     }
     QStringList order;
-    window->activateWindow();
     tree().setFocus();
     for (int i = 0; i < 3; ++i) {
         order << QApplication::focusWidget()->objectName();

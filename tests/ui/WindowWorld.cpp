@@ -1,5 +1,7 @@
 #include "tests/ui/WindowWorld.h"
 
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 WindowWorld::~WindowWorld()
@@ -22,6 +24,8 @@ void WindowWorld::openAt(double left, double top, double width, double height, E
     window->place(left, top, width, height);
     vbMain().startFlag = 1;
     window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
 }
 
 static void describe(const QTreeWidgetItem *item, int depth, QStringList &lines)

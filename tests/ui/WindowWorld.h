@@ -50,7 +50,12 @@ protected:
     StatusList &list() { return window->list(); }
     QAction &action(const char *name) { return *window->commands().action(name); }
     void trigger(const char *name) { action(name).trigger(); }
-    void select(NodeLevel level, const QString &key) { ASSERT_TRUE(tree().selectNode(level, key)) << key.toStdString(); }
+    /** Selects a node as a click would, focus included. */
+    void select(NodeLevel level, const QString &key)
+    {
+        tree().setFocus();
+        ASSERT_TRUE(tree().selectNode(level, key)) << key.toStdString();
+    }
     /** The tree, a line a node: indentation, key, text, icon, and "open" for an expanded one. */
     QStringList treeLines();
     /** The list, a line a row: key, icon, cells. */
