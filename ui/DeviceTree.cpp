@@ -57,6 +57,7 @@ private:
 namespace {
 
 constexpr long kElementNotFound = 35601;
+constexpr int kIndentation = 16;
 
 bool option(const QString &key) { return GetSettingBool(u"Options"_s, key); }
 
@@ -76,10 +77,15 @@ DeviceTree::DeviceTree(QWidget *parent) : QTreeWidget(parent)
     setAccessibleName(tr("Monitored devices"));
     setColumnCount(1);
     header()->hide();
-    header()->setStretchLastSection(true);
+    // Names are shown whole; what does not fit is scrolled to. Only the rows in view are measured.
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setResizeContentsPrecision(0);
+    setTextElideMode(Qt::ElideNone);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setIndentation(kIndentation);
     setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    setTextElideMode(Qt::ElideRight);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QTreeWidget::currentItemChanged, this, &DeviceTree::onCurrentChanged);
     connect(this, &QTreeWidget::itemClicked, this, &DeviceTree::onItemClicked);
@@ -396,6 +402,13 @@ void DeviceTree::onItemClicked()
     // A press that moved the selection has filled the list already.
     if (!std::exchange(m_clickedByPress, false))
         clickCurrent();
+}
+
+void DeviceTree::resizeEvent(QResizeEvent *event)
+{
+    // A short list of short names still fills the pane, so that the selection does.
+    header()->setMinimumSectionSize(viewport()->width());
+    QTreeWidget::resizeEvent(event);
 }
 
 void DeviceTree::mousePressEvent(QMouseEvent *event)

@@ -46,6 +46,7 @@ signals:
     void NodeClick(NodeLevel level, const QString &key);
 
 protected:
+    void resizeEvent(QResizeEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
 
 private:

@@ -5,7 +5,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr int kPadding = 4;
+constexpr int kPadding = 6;
+constexpr int kLineMargin = 2;
 constexpr int kLeastChars = 6;
 }
 
@@ -25,6 +26,12 @@ void ElidedLabel::setText(const QString &text)
     update();
 }
 
+void ElidedLabel::setDivided(bool divided)
+{
+    m_divided = divided;
+    update();
+}
+
 QSize ElidedLabel::sizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
@@ -40,6 +47,11 @@ void ElidedLabel::paintEvent(QPaintEvent *event)
 {
     QFrame::paintEvent(event);
     QPainter painter(this);
+    if (m_divided) {
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawLine(0, kLineMargin, 0, height() - kLineMargin);
+        painter.setPen(palette().color(QPalette::WindowText));
+    }
     const QRect area = contentsRect().adjusted(kPadding, 0, -kPadding, 0);
     const QString line = QString(m_text).replace(u'\n', u' ');
     painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,

@@ -10,6 +10,8 @@ public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 
     void setText(const QString &text);
+    /** A thin line at the left edge, apart from the neighbour. */
+    void setDivided(bool divided);
     const QString &text() const { return m_text; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -19,4 +21,5 @@ protected:
 
 private:
     QString m_text;
+    bool m_divided = false;
 };

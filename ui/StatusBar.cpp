@@ -31,6 +31,7 @@ StatusBar::StatusBar(QWidget *parent) : QStatusBar(parent)
         auto *label = new ElidedLabel(this);
         label->setObjectName(kPanels[panel].objectName);
         label->setAccessibleName(tr(kPanels[panel].name));
+        label->setDivided(panel > 0);
         addWidget(label, kPanels[panel].stretch);
         m_labels[panel] = label;
     }

@@ -74,7 +74,6 @@ void StatusList::setUpIcons()
 {
     m_icons->setObjectName(u"lvListViewIcons"_s);
     m_icons->setResizeMode(QListView::Adjust);
-    m_icons->setUniformItemSizes(true);
     m_icons->setModelColumn(0);
 }
 
@@ -179,6 +178,7 @@ void StatusList::setViewMode(ViewMode mode)
     m_icons->setWrapping(true);
     m_icons->setResizeMode(QListView::Adjust);
     m_icons->setWordWrap(large);
+    m_icons->setUniformItemSizes(!large); // a wrapped name takes the lines that it needs
     const int size = large ? kLargeIcon : kSmallIcon;
     m_icons->setIconSize({size, size});
     sizeCells();

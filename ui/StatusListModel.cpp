@@ -65,7 +65,14 @@ Qt::ItemFlags StatusListModel::flags(const QModelIndex &index) const
     return QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
 }
 
-StatusSortModel::StatusSortModel(QObject *parent) : QSortFilterProxyModel(parent)
+/** Without a language the collator compares bytes and knows no numbers. */
+static QLocale sortingLocale()
+{
+    const QLocale system = QLocale::system();
+    return system.language() == QLocale::C ? QLocale(QLocale::English) : system;
+}
+
+StatusSortModel::StatusSortModel(QObject *parent) : QSortFilterProxyModel(parent), m_collator(sortingLocale())
 {
     m_collator.setNumericMode(true);
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);

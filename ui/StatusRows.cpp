@@ -3,6 +3,8 @@
 #include "core/StatusCodes.h"
 #include "core/vbMain.h"
 
+#include <QHash>
+
 using namespace Qt::StringLiterals;
 
 namespace rows {
@@ -72,21 +74,41 @@ QString portSummary(const dao::Recordset &row)
            + text(row, "Ping_Avg"_L1) + u" average"_s;
 }
 
-StatusRow portRow(const dao::Recordset &row)
+/** The images of a device's checks by Port_ID; the statement of the rows does not select them. */
+QHash<qint64, int> portImages(const QString &deviceId)
+{
+    QHash<qint64, int> images;
+    auto found = db().OpenRecordset(u"Select Port_ID, Port_Icon FROM tblPortStatus WHERE Device_ID = "_s + deviceId);
+    for (; !found.Eof(); found.MoveNext())
+        images.insert(number(found, "Port_ID"_L1), int(number(found, "Port_Icon"_L1)));
+    found.Close();
+    return images;
+}
+
+StatusRow portRow(const dao::Recordset &row, const QHash<qint64, int> &images)
 {
     const QString portNum = text(row, "Port_Num"_L1);
     const QString type = text(row, "Port_Type"_L1);
-    return {NodeLevel::Port, keys::port(number(row, "Device_ID"_L1), portNum), int(number(row, "Port_Icon"_L1)),
+    return {NodeLevel::Port, keys::port(number(row, "Device_ID"_L1), portNum),
+            images.value(number(row, "Port_ID"_L1)),
             {type + u':' + portNum, type, text(row, "Port_Desc"_L1), portStatus(row),
              text(row, "Port_Last_Error"_L1), portSummary(row)}};
 }
 
-void append(QList<StatusRow> &list, const QString &sql, StatusRow (*make)(const dao::Recordset &))
+template <class Make>
+void append(QList<StatusRow> &list, const QString &sql, Make make)
 {
     auto found = db().OpenRecordset(sql);
     for (; !found.Eof(); found.MoveNext())
         list.append(make(found));
     found.Close();
+}
+
+void appendPorts(QList<StatusRow> &list, const QString &deviceId, const QString &condition)
+{
+    const QHash<qint64, int> images = portImages(deviceId);
+    append(list, kPortSelect + u" WHERE "_s + condition + u" ORDER BY tblPortMain.Port_Num"_s,
+           [&](const dao::Recordset &row) { return portRow(row, images); });
 }
 
 void markParent(QList<StatusRow> &list)
@@ -120,22 +142,18 @@ QList<StatusRow> ports(const QString &deviceId)
     QList<StatusRow> list;
     append(list, u"Select * from [tblDevices] WHERE Device_ID = "_s + deviceId, deviceRow);
     markParent(list);
-    append(list,
-           kPortSelect + u" WHERE tblPortMain.Device_ID = "_s + deviceId
-               + u" AND tblPortMain.Port_ID = tblPortStatus.Port_ID ORDER BY tblPortMain.Port_Num"_s,
-           portRow);
+    appendPorts(list, deviceId,
+                u"tblPortMain.Device_ID = "_s + deviceId + u" AND tblPortMain.Port_ID = tblPortStatus.Port_ID"_s);
     return list;
 }
 
 QList<StatusRow> port(const QString &deviceId, const QString &portNum)
 {
     QList<StatusRow> list;
-    append(list,
-           kPortSelect + u" WHERE tblPortMain.Port_Num = "_s + portNum
-               + u" AND tblPortMain.Device_ID = "_s + deviceId
-               + u" AND tblPortMain.Device_ID = tblPortStatus.Device_ID"
-                 " AND tblPortMain.Port_ID = tblPortStatus.Port_ID ORDER BY tblPortMain.Port_Num"_s,
-           portRow);
+    appendPorts(list, deviceId,
+                u"tblPortMain.Port_Num = "_s + portNum + u" AND tblPortMain.Device_ID = "_s + deviceId
+                    + u" AND tblPortMain.Device_ID = tblPortStatus.Device_ID"
+                      " AND tblPortMain.Port_ID = tblPortStatus.Port_ID"_s);
     return list;
 }
 

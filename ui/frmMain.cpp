@@ -358,29 +358,60 @@ void frmMain::closeWithoutQuestion()
     hide();
 }
 
-void frmMain::unload() { closeWithoutQuestion(); }
+const std::array<frmMain::UnloadStep, 6> frmMain::kUnloadSteps = {
+    &frmMain::stopMonitoring, &frmMain::logStop,        &frmMain::unloadCharacter,
+    &frmMain::unloadControls, &frmMain::removeTrayIcon, &frmMain::saveLayout,
+};
 
 void frmMain::Form_Unload()
 {
     if (std::exchange(m_unloaded, true))
         return;
     Trap("Form_Unload", [this] {
-        if (vbMain().monitoring) {
-            WriteLog(u"Force Shutdown Detected.  Program Stopped."_s, u"Information"_s, 0, 0);
-            setStatusText(u"Force Shutdown..."_s);
-            m_cycle->Monitor_Stop();
-        }
-        WriteLog(u"Program Stopped."_s, u"Information"_s, 0, 0);
-        if (vbMain().announcer)
-            vbMain().announcer->unloadCharacter();
-        m_cycle->unloadControls();
-        m_tray->Hide();
-        saveLayout();
+        for (const UnloadStep step : kUnloadSteps)
+            (this->*step)();
     });
     emit closed();
 }
 
-void frmMain::saveLayout() const
+/** The same after an unexpected error: the database may be what failed, and the other steps are still worth it. */
+void frmMain::unload()
+{
+    if (std::exchange(m_unloaded, true))
+        return;
+    for (const UnloadStep step : kUnloadSteps) {
+        try {
+            (this->*step)();
+        } catch (...) {
+            // The program ends because of an earlier error; that one has been reported.
+        }
+    }
+    hide();
+    emit closed();
+}
+
+void frmMain::stopMonitoring()
+{
+    if (!vbMain().monitoring)
+        return;
+    WriteLog(u"Force Shutdown Detected.  Program Stopped."_s, u"Information"_s, 0, 0);
+    setStatusText(u"Force Shutdown..."_s);
+    m_cycle->Monitor_Stop();
+}
+
+void frmMain::logStop() { WriteLog(u"Program Stopped."_s, u"Information"_s, 0, 0); }
+
+void frmMain::unloadCharacter()
+{
+    if (vbMain().announcer)
+        vbMain().announcer->unloadCharacter();
+}
+
+void frmMain::unloadControls() { m_cycle->unloadControls(); }
+
+void frmMain::removeTrayIcon() { m_tray->Hide(); }
+
+void frmMain::saveLayout()
 {
     // A window that was never placed has no layout worth keeping.
     if (vbMain().startFlag == 0)

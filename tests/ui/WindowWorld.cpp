@@ -1,5 +1,7 @@
 #include "tests/ui/WindowWorld.h"
 
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 WindowWorld::~WindowWorld()
@@ -22,6 +24,8 @@ void WindowWorld::openAt(double left, double top, double width, double height, E
     window->place(left, top, width, height);
     vbMain().startFlag = 1;
     window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
 }
 
 static void describe(const QTreeWidgetItem *item, int depth, QStringList &lines)
@@ -55,6 +59,13 @@ void WindowWorld::refresh()
     task.start();
     ASSERT_TRUE(time->runUntil([&] { return !task.isRunning(); }));
     task.result();
+}
+
+QStringList WindowWorld::distinct(const QString &select)
+{
+    QStringList rows = world.rows(select);
+    rows.removeDuplicates();
+    return rows;
 }
 
 void WindowWorld::expectEnd(const QString &procedure, const std::function<void()> &act)
