@@ -64,7 +64,8 @@ void copyInto(const QString &from, const QString &to)
         copy.step();
     }
     sqlite::Connection target(to, false);
-    for (const auto &table : Schema::load(target).tables()) {
+    const Schema schema = Schema::load(target);
+    for (const auto &table : schema.tables()) {
         if (!table->hasAuto)
             continue;
         sqlite::Statement reset(target.handle(), "UPDATE sqlite_sequence SET seq = (SELECT ifnull(max(" + table->key
