@@ -153,10 +153,8 @@ void RecordsetPrivate::update()
         Row row;
         row.keys.resize(m_plan->tables.size());
         row.values = m_edited;
-        if (m_assigned.empty())
-            m_assigned = {};
         const RowKeys before = row.keys;
-        writer.write(row.keys, m_assigned);
+        writer.writeNew(row.keys, m_assigned);
         refresh(row, before);
         // The new row comes last; whoever was at the end stays at the end.
         const bool atEnd = isEof();

@@ -35,14 +35,14 @@ Value readColumn(const sqlite::Statement &statement, int index, Kind kind)
     }
 }
 
-void RowWriter::write(RowKeys &keys, const Assigned &assigned)
+void RowWriter::write(RowKeys &keys, const Assigned &assigned, bool isNew)
 {
     checkJoinColumns(assigned);
     RowKeys written = keys;
     const auto writeAll = [&] {
         for (const int from : m_plan.writeOrder) {
             const auto [first, last] = columnsOf(assigned, from);
-            if (first == last)
+            if (first == last && !(isNew && from == m_plan.writeOrder.front()))
                 continue;
             auto &key = written[size_t(from)];
             if (key)
@@ -108,8 +108,9 @@ qint64 RowWriter::add(int from, const RowKeys &keys, const Assigned &assigned)
         names += (names.isEmpty() ? "" : ", ") + quoteName(table.columns[size_t(column)].name);
         marks += marks.isEmpty() ? "?" : ", ?";
     }
-    sqlite::Use statement(
-        m_session.prepare("INSERT INTO " + table.sqlName + " (" + names + ") VALUES (" + marks + ')'));
+    sqlite::Use statement(m_session.prepare(
+        "INSERT INTO " + table.sqlName
+        + (names.isEmpty() ? QByteArray(" DEFAULT VALUES") : " (" + names + ") VALUES (" + marks + ')')));
     int i = 0;
     for (const auto &[column, value] : values)
         statement->bind(++i, value);

@@ -20,13 +20,16 @@ public:
     RowWriter(Session &session, const Plan &plan) : m_session(session), m_plan(plan) {}
 
     /** Keys of added rows are entered into keys. Throws 3167, 3314, 3022, 3100, 3332 …; nothing is written then. */
-    void write(RowKeys &keys, const Assigned &assigned);
+    void write(RowKeys &keys, const Assigned &assigned) { write(keys, assigned, false); }
+    /** Writes a wholly new row: the outermost table gets one even if nothing is assigned to it. */
+    void writeNew(RowKeys &keys, const Assigned &assigned) { write(keys, assigned, true); }
     /** Deletes the row of the last table that has one. */
     void remove(const RowKeys &keys);
     /** Reads a table's row again; empty when it is gone. */
     std::vector<Value> read(int from, qint64 key);
 
 private:
+    void write(RowKeys &keys, const Assigned &assigned, bool isNew);
     void change(int from, qint64 key, const Assigned &assigned);
     qint64 add(int from, const RowKeys &keys, const Assigned &assigned);
     Value parentValue(const Link &link, const RowKeys &keys);
