@@ -2,11 +2,12 @@
 
 #include "core/vbMain.h"
 #include "monitor/CheckCycle.h"
+#include "ui/ImageList.h"
 #include "ui/TerminationSignals.h"
 #include "ui/frmMain.h"
 #include "ui/frmSplash.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 bool isHeadless() { return qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"); }
 
@@ -16,7 +17,10 @@ void choosePlatform()
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
-Start::Start(Editors *editors, TerminalEcho *echo) : m_editors(editors), m_echo(echo) {}
+Start::Start(Editors *editors, TerminalEcho *echo) : m_editors(editors), m_echo(echo)
+{
+    QApplication::setWindowIcon(ImageList::application());
+}
 
 Start::~Start()
 {

@@ -122,16 +122,15 @@ void StatusList::show(NodeLevel shown, const QString &key, const QStringList &co
                       const QList<StatusRow> &rows)
 {
     const bool sameNode = m_shown == std::pair(shown, key);
-    const bool sameColumns = m_model->columns() == columns;
     const StatusRow before = currentRow();
     const int scrolled = view()->verticalScrollBar()->value();
     m_model->fill(columns, rows);
     m_shown = {shown, key};
-    if (!sameColumns)
-        sizeColumns();
     sizeCells();
-    if (!sameNode)
+    if (!sameNode) {
+        sizeColumns();
         return;
+    }
     // The same list after a check: the operator keeps the place.
     const QList<StatusRow> now = shownRows();
     for (int i = 0; i < now.size(); ++i) {
@@ -178,7 +177,6 @@ void StatusList::setViewMode(ViewMode mode)
     m_icons->setWrapping(true);
     m_icons->setResizeMode(QListView::Adjust);
     m_icons->setWordWrap(large);
-    m_icons->setUniformItemSizes(!large); // a wrapped name takes the lines that it needs
     const int size = large ? kLargeIcon : kSmallIcon;
     m_icons->setIconSize({size, size});
     sizeCells();
