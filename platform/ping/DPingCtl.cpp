@@ -26,19 +26,20 @@ std::optional<EchoTarget> chooseTarget(const QList<QHostAddress> &addresses)
 
 } // namespace
 
-class DPingCtlPrivate
+class DPingCtlPrivate : public QObject
 {
+    Q_OBJECT
 public:
     DPingCtlPrivate(DPingCtl *owner, int number)
         : q(owner), index(number), request([this](const EchoOutcome &outcome) { requestEnded(outcome); })
     {
         resolveLimit.setSingleShot(true);
-        QObject::connect(&resolveLimit, &QTimer::timeout, owner, [this] {
+        connect(&resolveLimit, &QTimer::timeout, this, [this] {
             stop();
             endWithMessage(u"Host name lookup timed out"_s);
         });
     }
-    ~DPingCtlPrivate() { stop(); }
+    ~DPingCtlPrivate() override { stop(); }
 
     void ping(const QString &name);
     void stop();
@@ -50,9 +51,11 @@ public:
     int count = 1;
     bool busy = false;
 
+private slots:
+    void resolved(const QHostInfo &info);
+
 private:
     void resolve();
-    void resolved(const QHostInfo &info);
     void sendTo(const EchoTarget &address);
     void refuse(const QString &text) { request.fail({ EchoOutcome::Hopeless, 0, text }); }
     void requestEnded(const EchoOutcome &outcome);
@@ -90,7 +93,8 @@ void DPingCtlPrivate::ping(const QString &name)
 void DPingCtlPrivate::resolve()
 {
     resolveLimit.start(kResolveLimitMs);
-    lookupId = QHostInfo::lookupHost(host.trimmed(), q, [this](const QHostInfo &info) { resolved(info); });
+    // By name of the slot, because Qt 6.4 leaks the function object of an abandoned lookup.
+    lookupId = QHostInfo::lookupHost(host.trimmed(), this, SLOT(resolved(QHostInfo)));
 }
 
 void DPingCtlPrivate::resolved(const QHostInfo &info)
@@ -192,3 +196,5 @@ void DPingCtl::Stop()
 {
     d->stop();
 }
+
+#include "DPingCtl.moc"

@@ -161,7 +161,8 @@ void EchoEngine::enqueue(EchoRequest &request)
 void EchoEngine::endSoon(EchoRequest &request, EchoOutcome outcome)
 {
     end(request, std::move(outcome));
-    m_soon.start(0);
+    if (!m_soon.isActive())
+        m_soon.start(0);
 }
 
 void EchoEngine::forget(EchoRequest &request)
@@ -439,10 +440,12 @@ void EchoEngine::deliver()
         EchoRequest &request = *m_ended.front();
         m_ended.pop_front();
         request.m_state = EchoRequest::State::Idle;
+        if (!m_ended.empty() && !m_soon.isActive())
+            m_soon.start(0); // for the others, should the handler run an event loop
         const auto done = request.m_done;
         const EchoOutcome outcome = request.m_outcome;
         done(outcome);
     }
-    if (!m_ended.empty())
-        m_soon.start(0);
+    if (m_ended.empty())
+        m_soon.stop();
 }

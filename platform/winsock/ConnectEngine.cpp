@@ -329,9 +329,11 @@ void ConnectEngine::deliver()
         attempt.m_state = outcome == 0 ? ConnectAttempt::State::Open : ConnectAttempt::State::Idle;
         if (outcome != 0)
             attempt.closeSocket();
+        if (!m_ended.empty() && !m_soon.isActive())
+            m_soon.start(0); // for the others, should the handler run an event loop
         const auto done = attempt.m_done;
         done(outcome);
     }
-    if (!m_ended.empty() && !m_soon.isActive())
-        m_soon.start(0);
+    if (m_ended.empty())
+        m_soon.stop();
 }

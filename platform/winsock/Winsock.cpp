@@ -9,14 +9,15 @@
 
 using namespace Qt::StringLiterals;
 
-class WinsockPrivate
+class WinsockPrivate : public QObject
 {
+    Q_OBJECT
 public:
     WinsockPrivate(Winsock *owner, int number)
         : q(owner), index(number), attempt([this](int outcome) { attemptEnded(outcome); })
     {
     }
-    ~WinsockPrivate() { close(); }
+    ~WinsockPrivate() override { close(); }
 
     void connectToHost();
     void close();
@@ -30,8 +31,10 @@ public:
     int limitMs = 0;
     ConnectAttempt attempt;
 
-private:
+private slots:
     void resolved(const QHostInfo &info);
+
+private:
     void connectToAddresses(const QList<QHostAddress> &addresses);
     void refuse(const SocketError &error);
     void attemptEnded(int outcome);
@@ -54,7 +57,8 @@ void WinsockPrivate::connectToHost()
     if (literal.setAddress(host))
         return connectToAddresses({ literal });
     state = Winsock::sckResolvingHost;
-    lookupId = QHostInfo::lookupHost(host, q, [this](const QHostInfo &info) { resolved(info); });
+    // By name of the slot, because Qt 6.4 leaks the function object of an abandoned lookup.
+    lookupId = QHostInfo::lookupHost(host, this, SLOT(resolved(QHostInfo)));
 }
 
 void WinsockPrivate::resolved(const QHostInfo &info)
@@ -153,3 +157,5 @@ void Winsock::Close()
 {
     d->close();
 }
+
+#include "Winsock.moc"

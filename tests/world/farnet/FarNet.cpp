@@ -208,6 +208,8 @@ void FarNet::readSetting(Rule &rule, const std::string &key, const std::string &
     static const std::map<std::string, Echo> kEchoes {
         { "answer", Echo::Answer },           { "silent", Echo::Silent },
         { "unreachable", Echo::Unreachable }, { "prohibited", Echo::Prohibited },
+        { "twice", Echo::Twice },             { "foreign", Echo::Foreign },
+        { "garbled", Echo::Garbled },
     };
     if (key == "delay") {
         rule.delay = std::chrono::microseconds(static_cast<long>(std::stod(value) * 1000));
@@ -267,13 +269,22 @@ void FarNet::echoed(const Datagram &in, const Rule &rule, const std::function<vo
         if (++m_echoCounts[in.target()] % rule.nth != 0)
             return;
         break;
-    case Echo::Answer:
+    default:
         break;
     }
     Packet content(in.body.begin(), in.body.end());
     content[0] = in.isV6 ? 129 : 0;
     content[2] = content[3] = 0;
-    answer({ rule.delay, in.back(in.protocol, content, 2) });
+    if (rule.echo == Echo::Garbled && content.size() > 8)
+        content[8] ^= 1;
+    Packet other(in.destination.begin(), in.destination.end());
+    other.back() ^= 128;
+    Datagram from = in;
+    if (rule.echo == Echo::Foreign)
+        from.destination = other;
+    answer({ rule.delay, from.back(in.protocol, content, 2) });
+    if (rule.echo == Echo::Twice)
+        answer({ rule.delay, from.back(in.protocol, content, 2) });
 }
 
 /** The peers keep no state: what a segment says is enough to play one that sends nothing of its own. */
