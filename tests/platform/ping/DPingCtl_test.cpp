@@ -291,6 +291,30 @@ TEST_F(PingTest, AHandlerMayRunAnEventLoop)
                                    u"3 Reply 127.0.0.1 0"_s }));
 }
 
+// The kernel reports an ICMP error about one request as the failure of the next call on the shared socket.
+TEST_F(PingTest, ErrorsReachTheRightRequest)
+{
+    const QStringList hosts { u"10.99.1.%1"_s, u"10.99.2.%1"_s, u"fd99::1:%1"_s, u"fd99::3:%1"_s, u"10.99.4.%1"_s };
+    const QStringList events { u"Reply"_s, u"destination host unreachable"_s, u"Reply"_s,
+                               u"communication administratively prohibited"_s, u"Pinging"_s };
+    for (const AccessRow &way : kAccesses) {
+        m_elements.clear();
+        m_log.clear();
+        setEchoAccess(way.access);
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 0; i < 60; ++i) {
+                element(static_cast<std::size_t>(i)).SetTimeout(100);
+                element(static_cast<std::size_t>(i)).Ping(hosts.at(i % 5).arg(i + 1));
+            }
+            ASSERT_TRUE(turnUntil([this] { return isIdle(); }));
+        }
+        ASSERT_EQ(m_log.size(), 180);
+        for (const QString &line : m_log)
+            EXPECT_TRUE(line.section(u' ', 1).startsWith(events.at(line.section(u' ', 0, 0).toInt() % 5)))
+                << way.name << ": " << qPrintable(line);
+    }
+}
+
 // No more than 128 requests are under way, and the time-out of those that wait counts from their sending.
 TEST_F(PingTest, RequestsWaitForTheirTurn)
 {
