@@ -7,7 +7,8 @@ namespace {
 
 bool lies(std::span<const unsigned char> part, std::span<const unsigned char> whole)
 {
-    return part.empty() || (part.data() >= whole.data() && part.data() + part.size() <= whole.data() + whole.size());
+    return part.empty()
+        || (part.data() >= whole.data() && part.data() + part.size() <= whole.data() + whole.size());
 }
 
 } // namespace

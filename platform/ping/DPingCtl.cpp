@@ -18,7 +18,8 @@ std::optional<EchoTarget> chooseTarget(const QList<QHostAddress> &addresses)
     std::optional<EchoTarget> chosen;
     for (const QHostAddress &address : addresses) {
         const auto target = EchoTarget::from(address);
-        if (target && (!chosen || (chosen->family() == icmp::Family::V6 && target->family() == icmp::Family::V4)))
+        if (target
+            && (!chosen || (chosen->family() == icmp::Family::V6 && target->family() == icmp::Family::V4)))
             chosen = target;
     }
     return chosen;
@@ -31,7 +32,9 @@ class DPingCtlPrivate : public QObject
     Q_OBJECT
 public:
     DPingCtlPrivate(DPingCtl *owner, int number)
-        : q(owner), index(number), request([this](const EchoOutcome &outcome) { requestEnded(outcome); })
+        : q(owner),
+          index(number),
+          request([this](const EchoOutcome &outcome) { requestEnded(outcome); })
     {
         resolveLimit.setSingleShot(true);
         connect(&resolveLimit, &QTimer::timeout, this, [this] {
@@ -136,10 +139,12 @@ void DPingCtlPrivate::requestEnded(const EchoOutcome &outcome)
     --remaining;
     if (outcome.kind == EchoOutcome::Hopeless || remaining == 0)
         return endWithMessage(outcome.kind == EchoOutcome::TimedOut ? timeoutText() : outcome.text);
-    // The next request goes out before the event is raised, so that a handler that stops the element stops it too.
+    // The next request goes out before the event is raised, so that a handler that stops the element stops it
+    // too.
     sendTo(target);
-    emit q->Message(index, outcome.kind == EchoOutcome::TimedOut ? u"Request timed out."_s
-                                                                 : u"Request failed: "_s + outcome.text);
+    emit q->Message(index,
+                    outcome.kind == EchoOutcome::TimedOut ? u"Request timed out."_s
+                                                          : u"Request failed: "_s + outcome.text);
 }
 
 void DPingCtlPrivate::endWithMessage(const QString &text)
@@ -156,9 +161,9 @@ QString DPingCtlPrivate::timeoutText() const
 }
 
 DPingCtl::DPingCtl(int index, QObject *parent)
-    : QObject(parent), d(std::make_unique<DPingCtlPrivate>(this, index))
-{
-}
+    : QObject(parent),
+      d(std::make_unique<DPingCtlPrivate>(this, index))
+{ }
 
 DPingCtl::~DPingCtl() = default;
 

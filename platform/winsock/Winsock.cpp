@@ -14,9 +14,10 @@ class WinsockPrivate : public QObject
     Q_OBJECT
 public:
     WinsockPrivate(Winsock *owner, int number)
-        : q(owner), index(number), attempt([this](int outcome) { attemptEnded(outcome); })
-    {
-    }
+        : q(owner),
+          index(number),
+          attempt([this](int outcome) { attemptEnded(outcome); })
+    { }
     ~WinsockPrivate() override { close(); }
 
     void connectToHost();
@@ -76,7 +77,8 @@ void WinsockPrivate::connectToAddresses(const QList<QHostAddress> &addresses)
 {
     state = Winsock::sckConnecting;
     const bool isLocalPort = localPort > 0 && localPort <= 65535;
-    attempt.start(addresses, static_cast<quint16>(remotePort), static_cast<quint16>(isLocalPort ? localPort : 0));
+    attempt.start(addresses, static_cast<quint16>(remotePort),
+                  static_cast<quint16>(isLocalPort ? localPort : 0));
 }
 
 void WinsockPrivate::refuse(const SocketError &error)
@@ -112,7 +114,10 @@ void WinsockPrivate::close()
         QHostInfo::abortHostLookup(std::exchange(lookupId, -1));
 }
 
-Winsock::Winsock(int index, QObject *parent) : QObject(parent), d(std::make_unique<WinsockPrivate>(this, index)) {}
+Winsock::Winsock(int index, QObject *parent)
+    : QObject(parent),
+      d(std::make_unique<WinsockPrivate>(this, index))
+{ }
 
 Winsock::~Winsock() = default;
 

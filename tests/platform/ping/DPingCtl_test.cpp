@@ -58,7 +58,8 @@ protected:
 
     bool isIdle() const
     {
-        return std::all_of(m_elements.begin(), m_elements.end(), [](const auto &e) { return !e || !e->Busy(); });
+        return std::all_of(m_elements.begin(), m_elements.end(),
+                           [](const auto &e) { return !e || !e->Busy(); });
     }
 
     QStringList logOf(const QString &host, int count = 1, int timeout = 150, int size = 32)
@@ -126,18 +127,27 @@ const HostRow kHosts[] = {
     { "empty", u" "_s, { u"0 Host name is missing"_s }, 3 },
     { "one reply ends it", u"10.99.1.1"_s, { u"0 Reply 10.99.1.1 0"_s }, 3 },
     { "silent", u"10.99.4.1"_s, { u"0 Pinging 10.99.4.1: no reply"_s } },
-    { "silent, three requests", u"10.99.4.1"_s,
-      { u"0 Request timed out."_s, u"0 Request timed out."_s, u"0 Pinging 10.99.4.1: no reply"_s }, 3 },
+    { "silent, three requests",
+      u"10.99.4.1"_s,
+      { u"0 Request timed out."_s, u"0 Request timed out."_s, u"0 Pinging 10.99.4.1: no reply"_s },
+      3 },
     { "silent, IPv6", u"fd99::4:1"_s, { u"0 Pinging fd99::4:1: no reply"_s } },
-    { "the third is answered", u"10.99.5.1"_s,
-      { u"0 Request timed out."_s, u"0 Request timed out."_s, u"0 Reply 10.99.5.1 0"_s }, 3 },
+    { "the third is answered",
+      u"10.99.5.1"_s,
+      { u"0 Request timed out."_s, u"0 Request timed out."_s, u"0 Reply 10.99.5.1 0"_s },
+      3 },
     { "unreachable", u"10.99.2.1"_s, { u"0 destination host unreachable"_s } },
-    { "unreachable, two requests", u"10.99.2.1"_s,
-      { u"0 Request failed: destination host unreachable"_s, u"0 destination host unreachable"_s }, 2 },
+    { "unreachable, two requests",
+      u"10.99.2.1"_s,
+      { u"0 Request failed: destination host unreachable"_s, u"0 destination host unreachable"_s },
+      2 },
     { "unreachable, IPv6", u"fd99::2:1"_s, { u"0 destination host unreachable"_s } },
     { "prohibited", u"10.99.3.1"_s, { u"0 communication administratively prohibited"_s } },
     { "prohibited, IPv6", u"fd99::3:1"_s, { u"0 communication administratively prohibited"_s } },
-    { "no route", u"172.16.0.1"_s, { u"0 Request failed: network unreachable"_s, u"0 network unreachable"_s }, 2 },
+    { "no route",
+      u"172.16.0.1"_s,
+      { u"0 Request failed: network unreachable"_s, u"0 network unreachable"_s },
+      2 },
     { "duplicate reply", u"10.99.7.1"_s, { u"0 Reply 10.99.7.1 0"_s } },
     { "reply from elsewhere", u"10.99.7.2"_s, { u"0 Pinging 10.99.7.2: no reply"_s } },
     { "reply with other content", u"10.99.7.3"_s, { u"0 Pinging 10.99.7.3: no reply"_s } },
@@ -221,7 +231,8 @@ TEST_F(PingTest, ALateReplyCountsForNobody)
     EXPECT_GE(m_times.at(0), 80.0);
 }
 
-// The reply lies in the socket while the thread does something else; the kernel's time stamp tells when it came.
+// The reply lies in the socket while the thread does something else; the kernel's time stamp tells when it
+// came.
 TEST_F(PingTest, ABusyThreadDoesNotSpoilTheResult)
 {
     element(0).SetTimeout(50);
@@ -234,7 +245,8 @@ TEST_F(PingTest, ABusyThreadDoesNotSpoilTheResult)
 
 TEST_F(PingTest, StopIsSilent)
 {
-    for (const QString &host : { u"127.0.0.1"_s, u"10.99.1.1"_s, u"172.16.0.1"_s, u"nowhere.test"_s, u""_s }) {
+    for (const QString &host :
+         { u"127.0.0.1"_s, u"10.99.1.1"_s, u"172.16.0.1"_s, u"nowhere.test"_s, u""_s }) {
         element(0).Ping(host);
         element(0).Stop();
         EXPECT_EQ(element(0).Busy(), 0);
@@ -287,14 +299,16 @@ TEST_F(PingTest, AHandlerMayRunAnEventLoop)
         }
     };
     ASSERT_TRUE(turnUntil([this] { return isIdle(); }));
-    EXPECT_EQ(m_log, QStringList({ u"0 Reply 127.0.0.1 0"_s, u"1 Reply 127.0.0.1 0"_s, u"2 Reply 127.0.0.1 0"_s,
-                                   u"3 Reply 127.0.0.1 0"_s }));
+    EXPECT_EQ(m_log,
+              QStringList({ u"0 Reply 127.0.0.1 0"_s, u"1 Reply 127.0.0.1 0"_s, u"2 Reply 127.0.0.1 0"_s,
+                            u"3 Reply 127.0.0.1 0"_s }));
 }
 
 // The kernel reports an ICMP error about one request as the failure of the next call on the shared socket.
 TEST_F(PingTest, ErrorsReachTheRightRequest)
 {
-    const QStringList hosts { u"10.99.1.%1"_s, u"10.99.2.%1"_s, u"fd99::1:%1"_s, u"fd99::3:%1"_s, u"10.99.4.%1"_s };
+    const QStringList hosts { u"10.99.1.%1"_s, u"10.99.2.%1"_s, u"fd99::1:%1"_s, u"fd99::3:%1"_s,
+                              u"10.99.4.%1"_s };
     const QStringList events { u"Reply"_s, u"destination host unreachable"_s, u"Reply"_s,
                                u"communication administratively prohibited"_s, u"Pinging"_s };
     for (const AccessRow &way : kAccesses) {

@@ -68,27 +68,29 @@ const Row kRows[] = {
     { "reply v6", Family::V6, Framing::IcmpOnly, kReply6, "reply 1234:5 data" },
     { "reply without payload", Family::V4, Framing::IcmpOnly, Packet(kReply4.begin(), kReply4.begin() + 8),
       "reply 1234:5 " },
-    { "error", Family::V4, Framing::WithIpHeader, ipv4Header(5, 1) + kUnreachable4 + ipv4Header(6, 1) + kRequest4,
-      "error 1234:5 3/1 4 bytes ending 7" },
+    { "error", Family::V4, Framing::WithIpHeader,
+      ipv4Header(5, 1) + kUnreachable4 + ipv4Header(6, 1) + kRequest4, "error 1234:5 3/1 4 bytes ending 7" },
     { "error v6", Family::V6, Framing::IcmpOnly, kUnreachable6 + ipv6Header(58) + kRequest6,
       "error 1234:5 1/3 16 bytes ending 7" },
     { "error v6 about a first fragment", Family::V6, Framing::IcmpOnly,
       kUnreachable6 + ipv6Header(44) + Packet { 58, 0, 0, 1, 0, 0, 0, 9 } + kRequest6,
       "error 1234:5 1/3 16 bytes ending 7" },
     { "our own request", Family::V4, Framing::IcmpOnly, kRequest4, "ignored" },
-    { "error about another protocol", Family::V4, Framing::IcmpOnly, kUnreachable4 + ipv4Header(5, 17) + kRequest4,
+    { "error about another protocol", Family::V4, Framing::IcmpOnly,
+      kUnreachable4 + ipv4Header(5, 17) + kRequest4, "ignored" },
+    { "error about a reply", Family::V4, Framing::IcmpOnly, kUnreachable4 + ipv4Header(5, 1) + kReply4,
       "ignored" },
-    { "error about a reply", Family::V4, Framing::IcmpOnly, kUnreachable4 + ipv4Header(5, 1) + kReply4, "ignored" },
     { "error about a later fragment", Family::V4, Framing::IcmpOnly,
       kUnreachable4 + fragmented(ipv4Header(5, 1)) + kRequest4, "ignored" },
     { "error v6 about a later fragment", Family::V6, Framing::IcmpOnly,
       kUnreachable6 + ipv6Header(44) + Packet { 58, 0, 1, 0, 0, 0, 0, 9 } + kRequest6, "ignored" },
-    { "reply type with a code", Family::V4, Framing::IcmpOnly, Packet { 0, 1, 0, 0, 0x12, 0x34, 0, 5 }, "ignored" },
+    { "reply type with a code", Family::V4, Framing::IcmpOnly, Packet { 0, 1, 0, 0, 0x12, 0x34, 0, 5 },
+      "ignored" },
     { "header length below the least", Family::V4, Framing::WithIpHeader, Packet { 0x44 } + Packet(30, 0),
       "ignored" },
     { "not IPv4", Family::V4, Framing::WithIpHeader, Packet { 0x65 } + Packet(30, 0), "ignored" },
-    { "redirect", Family::V4, Framing::IcmpOnly, Packet { 5, 1, 0, 0, 0, 0, 0, 0 } + ipv4Header(5, 1) + kRequest4,
-      "ignored" },
+    { "redirect", Family::V4, Framing::IcmpOnly,
+      Packet { 5, 1, 0, 0, 0, 0, 0, 0 } + ipv4Header(5, 1) + kRequest4, "ignored" },
 };
 
 std::string describe(const Received &r)
@@ -111,7 +113,8 @@ TEST(IcmpPacket, ReadsWhatConcernsOurEchoes)
         EXPECT_EQ(describe(readReceived(row.family, row.framing, row.packet)), row.expected) << row.name;
 }
 
-// Cut off anywhere, a packet is read no further than it goes (the address sanitizer watches the exact-size copy).
+// Cut off anywhere, a packet is read no further than it goes (the address sanitizer watches the exact-size
+// copy).
 TEST(IcmpPacket, SurvivesTruncation)
 {
     for (const Row &row : kRows) {
@@ -143,7 +146,8 @@ TEST(IcmpPacket, RequestHasAValidChecksum)
     EXPECT_EQ(reinterpret_cast<const unsigned char *>(&sum)[1], 0x0d);
 }
 
-// The ping check counts time-outs by two words; an error text must never be mistaken for one, nor break a statement.
+// The ping check counts time-outs by two words; an error text must never be mistaken for one, nor break a
+// statement.
 TEST(IcmpPacket, ErrorTextsAreHarmless)
 {
     for (const Family family : { Family::V4, Family::V6 }) {

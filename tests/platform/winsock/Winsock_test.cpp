@@ -47,7 +47,8 @@ public:
     }
     ~Listener() { close(m_fd); }
     int port() const { return m_port; }
-    /** Takes the next connection and ends it, in order or with a reset; returns the port that it came from. */
+    /** Takes the next connection and ends it, in order or with a reset; returns the port that it came
+        from. */
     int acceptAndEnd(bool reset)
     {
         sockaddr_in peer {};
@@ -76,9 +77,10 @@ protected:
             auto &made = m_elements.emplace_back(std::make_unique<Winsock>(number));
             QObject::connect(made.get(), &Winsock::Connected, &m_context,
                              [this](int i) { record(u"%1 Connected"_s.arg(i), i); });
-            QObject::connect(made.get(), &Winsock::Error, &m_context, [this](int i, int error, const QString &text) {
-                record(u"%1 Error %2 %3"_s.arg(i).arg(error).arg(text), i);
-            });
+            QObject::connect(made.get(), &Winsock::Error, &m_context,
+                             [this](int i, int error, const QString &text) {
+                                 record(u"%1 Error %2 %3"_s.arg(i).arg(error).arg(text), i);
+                             });
         }
         return *m_elements[index];
     }
@@ -225,8 +227,9 @@ TEST_F(WinsockTest, LimitsAreKept)
     ASSERT_TRUE(turnUntil([this] { return m_log.size() == 3; }));
     EXPECT_GE(clock.elapsed(), 200);
     EXPECT_LT(clock.elapsed(), 260);
-    EXPECT_EQ(m_log, QStringList({ u"3 Connected"_s, u"1 Error 10060 connection timed out"_s,
-                                   u"0 Error 10060 connection timed out"_s }));
+    EXPECT_EQ(m_log,
+              QStringList({ u"3 Connected"_s, u"1 Error 10060 connection timed out"_s,
+                            u"0 Error 10060 connection timed out"_s }));
     EXPECT_EQ(element(2).state(), Winsock::sckConnecting);
     turnFor(100); // an open connection has no limit
     EXPECT_EQ(m_log.size(), 3);
@@ -269,9 +272,12 @@ TEST_F(WinsockTest, AResolverThatDoesNotAnswerIsGivenUp)
 TEST_F(WinsockTest, CloseIsSilent)
 {
     Listener listener;
-    const std::pair<QString, int> peers[] = { { u"127.0.0.1"_s, listener.port() }, { u"127.0.0.1"_s, 1 },
-                                              { u"10.99.1.1"_s, 80 },              { u"172.16.0.1"_s, 80 },
-                                              { u"nowhere.test"_s, 80 },           { u""_s, 80 },
+    const std::pair<QString, int> peers[] = { { u"127.0.0.1"_s, listener.port() },
+                                              { u"127.0.0.1"_s, 1 },
+                                              { u"10.99.1.1"_s, 80 },
+                                              { u"172.16.0.1"_s, 80 },
+                                              { u"nowhere.test"_s, 80 },
+                                              { u""_s, 80 },
                                               { u"10.99.1.1"_s, 0 } };
     for (const auto &[host, port] : peers) {
         start(0, host, port);
@@ -296,8 +302,9 @@ TEST_F(WinsockTest, HandlersMayDoAnything)
     };
     start(0, u"127.0.0.1"_s, listener.port());
     ASSERT_TRUE(turnUntil([&] { return left == 0; }));
-    EXPECT_EQ(m_log, QStringList({ u"0 Connected"_s, u"0 Connected"_s, u"0 Error 10061 connection refused"_s,
-                                   u"0 Connected"_s }));
+    EXPECT_EQ(m_log,
+              QStringList({ u"0 Connected"_s, u"0 Connected"_s, u"0 Error 10061 connection refused"_s,
+                            u"0 Connected"_s }));
 
     // The others are told although the first handler runs an event loop.
     m_log.clear();

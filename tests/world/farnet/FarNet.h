@@ -18,9 +18,9 @@
         hosts ADDRESS[/PREFIX] KEY=VALUE…
     KEY=VALUE:
         delay=MS
-        echo=answer|silent|nth:N|unreachable|prohibited       (nth:N: only every Nth request of a host is answered)
-        echo=twice|foreign|garbled                            (answers no request deserves: duplicates, from another
-                                                               address, with another content)
+        echo=answer|silent|nth:N|unreachable|prohibited       (nth:N: only every Nth request is answered)
+        echo=twice|foreign|garbled                            (answers that no request deserves: a duplicate,
+                                                               from elsewhere, with another content)
         tcp=open|refused|silent|reset|unreachable|prohibited  (reset: accepts, then resets at once;
                                                                unreachable: ICMP port unreachable)
         NUMBER=…                                              like tcp, for this port alone
