@@ -55,7 +55,7 @@ struct SweepWorld : World {
         return copy;
     }
 
-    int cyclesBegun() { return int(window.log.count(u"state checking"_s)); }
+    int cyclesBegun() { return int(window.log.count(u"tip Kavro_2000 - Check In Progress."_s)); }
 
     /** Lets one whole cycle run; false when it did not end. */
     bool runCycle(const std::function<bool()> &ended)
