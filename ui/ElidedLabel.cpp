@@ -10,7 +10,8 @@ constexpr int kLineMargin = 2;
 constexpr int kLeastChars = 6;
 }
 
-ElidedLabel::ElidedLabel(QWidget *parent) : QFrame(parent)
+ElidedLabel::ElidedLabel(QWidget *parent)
+    : QFrame(parent)
 {
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
@@ -35,12 +36,12 @@ void ElidedLabel::setDivided(bool divided)
 QSize ElidedLabel::sizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
-    return {metrics.horizontalAdvance(m_text) + 2 * kPadding, metrics.height() + kPadding};
+    return { metrics.horizontalAdvance(m_text) + 2 * kPadding, metrics.height() + kPadding };
 }
 
 QSize ElidedLabel::minimumSizeHint() const
 {
-    return {fontMetrics().averageCharWidth() * kLeastChars, fontMetrics().height() + kPadding};
+    return { fontMetrics().averageCharWidth() * kLeastChars, fontMetrics().height() + kPadding };
 }
 
 void ElidedLabel::paintEvent(QPaintEvent *event)
@@ -55,5 +56,5 @@ void ElidedLabel::paintEvent(QPaintEvent *event)
     const QRect area = contentsRect().adjusted(kPadding, 0, -kPadding, 0);
     const QString line = QString(m_text).replace(u'\n', u' ');
     painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     fontMetrics().elidedText(line, Qt::ElideRight, area.width()));
+        fontMetrics().elidedText(line, Qt::ElideRight, area.width()));
 }

@@ -2,7 +2,8 @@
 
 #include <QFrame>
 
-/** One line of plain text that gives way to its neighbours: what does not fit ends in "…" and stands in the tip. */
+/** One line of plain text that gives way to its neighbours: what does not fit ends in "…" and stands in the
+ * tip. */
 class ElidedLabel : public QFrame
 {
     Q_OBJECT

@@ -6,7 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-// A static library's resources are dropped by the linker unless somebody names them; must stand outside namespaces.
+// A static library's resources are dropped by the linker unless somebody names them; must stand outside
+// namespaces.
 static void initImages() { Q_INIT_RESOURCE(images); }
 
 namespace {

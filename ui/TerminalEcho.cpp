@@ -20,7 +20,8 @@ void writeToTerminal(const QString &line)
 } // namespace
 
 TerminalEcho::TerminalEcho(std::function<void(const QString &)> write, QObject *parent)
-    : QObject(parent), m_write(write ? std::move(write) : writeToTerminal)
+    : QObject(parent)
+    , m_write(write ? std::move(write) : writeToTerminal)
 {
 }
 
@@ -73,7 +74,4 @@ void TerminalEcho::flush()
     tell("Status: "_L1, m_told);
 }
 
-void TerminalEcho::tell(QLatin1StringView label, const QString &text)
-{
-    m_write(label + text.simplified());
-}
+void TerminalEcho::tell(QLatin1StringView label, const QString &text) { m_write(label + text.simplified()); }

@@ -56,11 +56,19 @@ ViewMode storedViewMode()
 } // namespace
 
 frmMain::frmMain(Editors *editors, TerminalEcho *echo)
-    : m_editors(editors), m_echo(echo), m_tree(new DeviceTree(this)), m_list(new StatusList(this)),
-      m_events(new EventList(this)), m_views(new QComboBox(this)), m_lists(new QStackedWidget(this)),
-      m_panes(nullptr), m_toolBar(new QToolBar(this)), m_statusBar(new StatusBar(this)),
-      m_tray(new cKavroTray(this)), m_cycle(std::make_unique<CheckCycle>()),
-      m_shutdownTimer([] { desktop::closeWindowTitled(questionCaption()); })
+    : m_editors(editors)
+    , m_echo(echo)
+    , m_tree(new DeviceTree(this))
+    , m_list(new StatusList(this))
+    , m_events(new EventList(this))
+    , m_views(new QComboBox(this))
+    , m_lists(new QStackedWidget(this))
+    , m_panes(nullptr)
+    , m_toolBar(new QToolBar(this))
+    , m_statusBar(new StatusBar(this))
+    , m_tray(new cKavroTray(this))
+    , m_cycle(std::make_unique<CheckCycle>())
+    , m_shutdownTimer([] { desktop::closeWindowTitled(questionCaption()); })
 {
     setObjectName(u"frmMain"_s);
     setWindowIcon(ImageList::application());
@@ -106,7 +114,7 @@ void frmMain::makeBars()
     m_toolBar->setObjectName(u"tbToolBar"_s);
     m_toolBar->setAccessibleName(tr("Toolbar"));
     m_toolBar->setMovable(false);
-    m_toolBar->setIconSize({kToolIcon, kToolIcon});
+    m_toolBar->setIconSize({ kToolIcon, kToolIcon });
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     addToolBar(m_toolBar);
     setStatusBar(m_statusBar);
@@ -116,8 +124,8 @@ void frmMain::makeBars()
 
 void frmMain::makeCommands()
 {
-    m_handlers = std::make_unique<CommandHandlers>(
-        WindowParts{*this, *m_tree, *m_list, *m_events, *m_views, *m_toolBar, *m_statusBar, *m_cycle, m_editors});
+    m_handlers = std::make_unique<CommandHandlers>(WindowParts {
+        *this, *m_tree, *m_list, *m_events, *m_views, *m_toolBar, *m_statusBar, *m_cycle, m_editors });
     m_commands = new Commands(*m_handlers, *this, *m_tree, *m_list);
     m_commands->fillMenuBar(*menuBar());
     menuBar()->setAccessibleName(tr("Menu bar"));
@@ -172,7 +180,7 @@ void frmMain::Form_Load()
 Task<void> frmMain::fillHandler(Progress progress)
 {
     m_events->addColumns();
-    m_views->addItems({u"Status"_s, u"Event Viewer"_s});
+    m_views->addItems({ u"Status"_s, u"Event Viewer"_s });
     progress(u"Loading Database"_s);
     co_await waits::Yield();
     m_tree->Load_TreeView();
@@ -197,15 +205,18 @@ void frmMain::viewHandler()
 
 void frmMain::place(double left, double top, double width, double height)
 {
-    QRect wanted(pixelsFromTwips(left), pixelsFromTwips(top), pixelsFromTwips(width), pixelsFromTwips(height));
+    QRect wanted(
+        pixelsFromTwips(left), pixelsFromTwips(top), pixelsFromTwips(width), pixelsFromTwips(height));
     const QScreen *screen = QGuiApplication::screenAt(wanted.center());
     if (!screen)
         screen = QGuiApplication::primaryScreen();
     if (screen) {
         const QRect room = screen->availableGeometry();
         wanted.setSize(wanted.size().boundedTo(room.size()).expandedTo(minimumSizeHint()));
-        wanted.moveLeft(std::clamp(wanted.left(), room.left(), std::max(room.left(), room.right() - wanted.width())));
-        wanted.moveTop(std::clamp(wanted.top(), room.top(), std::max(room.top(), room.bottom() - wanted.height())));
+        wanted.moveLeft(
+            std::clamp(wanted.left(), room.left(), std::max(room.left(), room.right() - wanted.width())));
+        wanted.moveTop(
+            std::clamp(wanted.top(), room.top(), std::max(room.top(), room.bottom() - wanted.height())));
     }
     resize(wanted.size());
     move(wanted.topLeft());
@@ -312,7 +323,7 @@ void frmMain::setTrayImage(int image) { m_tray->SetPicture(ImageList::image(imag
 
 void frmMain::addEventRow(int icon, const QDateTime &when, const QString &type, const QString &message)
 {
-    m_events->addEventRow({icon, when, type, message});
+    m_events->addEventRow({ icon, when, type, message });
     if (m_echo)
         m_echo->event(GeneralDate(when) + u' ' + type + u"..."_s + message);
 }
@@ -345,9 +356,9 @@ bool frmMain::mayClose()
     const QScopedValueRollback asking(m_asking, true);
     m_shutdownTimer.setInterval(kQuestionTimeoutMs);
     m_shutdownTimer.setEnabled(true);
-    const Dialogs::Answer answer =
-        vbMain().dialogs->messageBox(u"You are about to exit the program.  Are you sure?"_s, questionCaption(),
-                                     Dialogs::Question, Dialogs::YesNoCancel);
+    const Dialogs::Answer answer
+        = vbMain().dialogs->messageBox(u"You are about to exit the program.  Are you sure?"_s,
+            questionCaption(), Dialogs::Question, Dialogs::YesNoCancel);
     m_shutdownTimer.setEnabled(false);
     return answer != Dialogs::AnswerNo;
 }
@@ -359,8 +370,12 @@ void frmMain::closeWithoutQuestion()
 }
 
 const std::array<frmMain::UnloadStep, 6> frmMain::kUnloadSteps = {
-    &frmMain::stopMonitoring, &frmMain::logStop,        &frmMain::unloadCharacter,
-    &frmMain::unloadControls, &frmMain::removeTrayIcon, &frmMain::saveLayout,
+    &frmMain::stopMonitoring,
+    &frmMain::logStop,
+    &frmMain::unloadCharacter,
+    &frmMain::unloadControls,
+    &frmMain::removeTrayIcon,
+    &frmMain::saveLayout,
 };
 
 void frmMain::Form_Unload()
@@ -374,7 +389,8 @@ void frmMain::Form_Unload()
     emit closed();
 }
 
-/** The same after an unexpected error: the database may be what failed, and the other steps are still worth it. */
+/** The same after an unexpected error: the database may be what failed, and the other steps are still worth
+ * it. */
 void frmMain::unload()
 {
     if (std::exchange(m_unloaded, true))
@@ -419,9 +435,12 @@ void frmMain::saveLayout()
     const bool plain = !isMinimized() && !isMaximized() && !isFullScreen();
     const QRect normal = plain ? QRect(pos(), size()) : normalGeometry();
     const std::pair<QLatin1StringView, int> values[] = {
-        {"MainLeft"_L1, twipsFromPixels(normal.left())},   {"MainTop"_L1, twipsFromPixels(normal.top())},
-        {"MainWidth"_L1, twipsFromPixels(normal.width())}, {"MainHeight"_L1, twipsFromPixels(normal.height())},
-        {"Splitter"_L1, m_panes->position()},              {"ViewMode"_L1, int(m_list->viewMode())},
+        { "MainLeft"_L1, twipsFromPixels(normal.left()) },
+        { "MainTop"_L1, twipsFromPixels(normal.top()) },
+        { "MainWidth"_L1, twipsFromPixels(normal.width()) },
+        { "MainHeight"_L1, twipsFromPixels(normal.height()) },
+        { "Splitter"_L1, m_panes->position() },
+        { "ViewMode"_L1, int(m_list->viewMode()) },
     };
     for (const auto &[key, value] : values)
         SaveSetting(u"Settings"_s, key, QString::number(value));

@@ -10,10 +10,13 @@ WindowWorld::~WindowWorld()
     vbMain().window = nullptr;
 }
 
-void WindowWorld::open(Editors *editors, TerminalEcho *echo) { openAt(1000, 1000, 12000, 9000, editors, echo); }
+void WindowWorld::open(Editors *editors, TerminalEcho *echo)
+{
+    openAt(1000, 1000, 12000, 9000, editors, echo);
+}
 
-void WindowWorld::openAt(double left, double top, double width, double height, Editors *editors,
-                         TerminalEcho *echo)
+void WindowWorld::openAt(
+    double left, double top, double width, double height, Editors *editors, TerminalEcho *echo)
 {
     window = std::make_unique<frmMain>(editors, echo);
     vbMain().window = window.get();
@@ -30,9 +33,9 @@ void WindowWorld::openAt(double left, double top, double width, double height, E
 
 static void describe(const QTreeWidgetItem *item, int depth, QStringList &lines)
 {
-    lines << QString(depth, u' ') + item->data(0, Qt::UserRole).toString() + u" | "_s + item->text(0) + u" | "_s
-                 + item->data(0, Qt::AccessibleDescriptionRole).toString().section(u':', 0, 0)
-                 + (item->isExpanded() ? u" | open"_s : QString());
+    lines << QString(depth, u' ') + item->data(0, Qt::UserRole).toString() + u" | "_s + item->text(0)
+            + u" | "_s + item->data(0, Qt::AccessibleDescriptionRole).toString().section(u':', 0, 0)
+            + (item->isExpanded() ? u" | open"_s : QString());
     for (int i = 0; i < item->childCount(); ++i)
         describe(item->child(i), depth + 1, lines);
 }
@@ -75,11 +78,15 @@ void WindowWorld::expectEnd(const QString &procedure, const std::function<void()
 }
 
 SmallNetwork::SmallNetwork(World &world)
-    : servers(world.addGroup(u"Servers"_s)), empty(world.addGroup(u"Empty"_s)),
-      web(world.addDevice(servers, u"web.example"_s, u"Web Server"_s)),
-      plain(world.addDevice(servers, u"plain.example"_s)), ping(world.addCheck(web, u"Ping"_s)),
-      port80(world.addCheck(web, u"80"_s)), port9(world.addCheck(web, u"9"_s)),
-      groupKey(keys::group(servers)), deviceKey(keys::device(web, u"web.example"_s)),
-      portKey(keys::port(web, u"80"_s))
+    : servers(world.addGroup(u"Servers"_s))
+    , empty(world.addGroup(u"Empty"_s))
+    , web(world.addDevice(servers, u"web.example"_s, u"Web Server"_s))
+    , plain(world.addDevice(servers, u"plain.example"_s))
+    , ping(world.addCheck(web, u"Ping"_s))
+    , port80(world.addCheck(web, u"80"_s))
+    , port9(world.addCheck(web, u"9"_s))
+    , groupKey(keys::group(servers))
+    , deviceKey(keys::device(web, u"web.example"_s))
+    , portKey(keys::port(web, u"80"_s))
 {
 }

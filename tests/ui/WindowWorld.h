@@ -44,7 +44,7 @@ protected:
     /** Makes, loads, places and shows the window as the start-up does. */
     void open(Editors *editors = nullptr, TerminalEcho *echo = nullptr);
     void openAt(double left, double top, double width, double height, Editors *editors = nullptr,
-                TerminalEcho *echo = nullptr);
+        TerminalEcho *echo = nullptr);
 
     DeviceTree &tree() { return window->tree(); }
     StatusList &list() { return window->list(); }
