@@ -241,6 +241,11 @@ TEST_F(PingTest, ABusyThreadDoesNotSpoilTheResult)
     ASSERT_TRUE(turnUntil([this] { return isIdle(); }));
     EXPECT_EQ(m_log, QStringList { u"0 Reply 10.99.1.1 0"_s });
     EXPECT_LT(m_times.at(0), 40.0);
+
+    element(0).Ping(u"10.99.6.1"_s); // this one came, but not in time
+    QThread::msleep(150);
+    ASSERT_TRUE(turnUntil([this] { return isIdle(); }));
+    EXPECT_EQ(m_log.last(), u"0 Pinging 10.99.6.1: no reply"_s);
 }
 
 TEST_F(PingTest, StopIsSilent)
@@ -323,6 +328,10 @@ TEST_F(PingTest, ErrorsReachTheRightRequest)
             ASSERT_TRUE(turnUntil([this] { return isIdle(); }));
         }
         ASSERT_EQ(m_log.size(), 180);
+        element(1).Ping(u"10.99.2.1"_s);
+        QThread::msleep(30); // the error waits in the socket when the next request is sent
+        element(0).Ping(u"10.99.1.1"_s);
+        ASSERT_TRUE(turnUntil([this] { return isIdle(); }));
         for (const QString &line : m_log)
             EXPECT_TRUE(line.section(u' ', 1).startsWith(events.at(line.section(u' ', 0, 0).toInt() % 5)))
                 << way.name << ": " << qPrintable(line);
