@@ -31,7 +31,7 @@ void Panes::setPosition(double twips)
     apply();
 }
 
-int Panes::position() const { return twipsFromPixels(isVisible() ? sizes().value(0) : m_wanted); }
+int Panes::position() const { return isVisible() ? sizes().value(0) : m_wanted; }
 
 void Panes::resizeEvent(QResizeEvent *event)
 {

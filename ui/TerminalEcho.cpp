@@ -1,5 +1,6 @@
 #include "ui/TerminalEcho.h"
 
+#include <QRegularExpression>
 #include <QTimerEvent>
 
 #include <cstdio>
@@ -74,4 +75,8 @@ void TerminalEcho::flush()
     tell("Status: "_L1, m_told);
 }
 
-void TerminalEcho::tell(QLatin1StringView label, const QString &text) { m_write(label + text.simplified()); }
+void TerminalEcho::tell(QLatin1StringView label, const QString &text)
+{
+    static const QRegularExpression breaks(u"[\\r\\n\\t]+"_s);
+    m_write(label + QString(text).replace(breaks, u" "_s));
+}

@@ -53,6 +53,13 @@ ViewMode storedViewMode()
     return ViewMode(std::clamp(mode, int(ViewMode::LargeIcons), int(ViewMode::Details)));
 }
 
+/** What was not moved keeps its stored value, which may lie between two pixels. */
+double twipsToSave(const QString &key, int pixels)
+{
+    const double stored = GetSettingNumber(u"Settings"_s, key);
+    return pixelsFromTwips(stored) == pixels ? stored : twipsFromPixels(pixels);
+}
+
 } // namespace
 
 frmMain::frmMain(Editors *editors, TerminalEcho *echo)
@@ -433,17 +440,19 @@ void frmMain::saveLayout()
     if (vbMain().startFlag == 0)
         return;
     const bool plain = !isMinimized() && !isMaximized() && !isFullScreen();
-    const QRect normal = plain ? QRect(pos(), size()) : normalGeometry();
-    const std::pair<QLatin1StringView, int> values[] = {
-        { "MainLeft"_L1, twipsFromPixels(normal.left()) },
-        { "MainTop"_L1, twipsFromPixels(normal.top()) },
-        { "MainWidth"_L1, twipsFromPixels(normal.width()) },
-        { "MainHeight"_L1, twipsFromPixels(normal.height()) },
+    // Positions are those of the frame, because that is what a window is placed by.
+    const QRect normal
+        = plain ? QRect(pos(), size()) : normalGeometry().translated(pos() - geometry().topLeft());
+    const std::pair<QLatin1StringView, int> lengths[] = {
+        { "MainLeft"_L1, normal.left() },
+        { "MainTop"_L1, normal.top() },
+        { "MainWidth"_L1, normal.width() },
+        { "MainHeight"_L1, normal.height() },
         { "Splitter"_L1, m_panes->position() },
-        { "ViewMode"_L1, int(m_list->viewMode()) },
     };
-    for (const auto &[key, value] : values)
-        SaveSetting(u"Settings"_s, key, QString::number(value));
+    for (const auto &[key, pixels] : lengths)
+        SaveSetting(u"Settings"_s, key, QString::number(twipsToSave(key, pixels)));
+    SaveSetting(u"Settings"_s, u"ViewMode"_s, QString::number(int(m_list->viewMode())));
 }
 
 void frmMain::changeEvent(QEvent *event)
