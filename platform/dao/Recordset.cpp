@@ -65,6 +65,11 @@ void RecordsetPrivate::run()
 
 int RecordsetPrivate::outputOf(const QString &name) const
 {
+    // Most callers spell the name as the table does; comparing costs less than folding.
+    for (size_t i = 0; i < m_plan->outputs.size(); ++i) {
+        if (m_plan->outputs[i].name == name)
+            return int(i);
+    }
     const int output = m_plan->outputIndex.value(name.toCaseFolded(), -1);
     if (output < 0)
         raise(3265);

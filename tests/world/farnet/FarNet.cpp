@@ -14,7 +14,10 @@ constexpr unsigned char kFin = 1, kSyn = 2, kRst = 4, kAck = 16;
 constexpr unsigned char kIcmp = 1, kTcpProtocol = 6, kIcmpV6 = 58;
 constexpr std::uint32_t kFirstSequence = 1000;
 
-std::uint16_t get16(Bytes b, std::size_t at) { return static_cast<std::uint16_t>(b[at] << 8 | b[at + 1]); }
+std::uint16_t get16(Bytes b, std::size_t at)
+{
+    return static_cast<std::uint16_t>(b[at] << 8 | b[at + 1]);
+}
 
 std::uint32_t get32(Bytes b, std::size_t at)
 {
@@ -61,7 +64,8 @@ struct FarNet::Datagram {
     /** A packet back to the sender with this body; the checksum belongs at this place of the body. */
     Packet back(unsigned char bodyProtocol, const Packet &content, std::size_t checksumAt) const;
     /** An ICMP error from the host's router about this packet. */
-    Packet error(unsigned char typeV4, unsigned char codeV4, unsigned char typeV6, unsigned char codeV6) const;
+    Packet error(unsigned char typeV4, unsigned char codeV4, unsigned char typeV6,
+                 unsigned char codeV6) const;
     Packet segment(std::uint32_t sequence, std::uint32_t acknowledged, unsigned char flags) const;
 };
 
@@ -119,7 +123,8 @@ Packet FarNet::Datagram::back(unsigned char bodyProtocol, const Packet &content,
     // ICMP for IPv4 alone has no pseudo header.
     std::uint32_t total = sum(content);
     if (bodyProtocol != kIcmp)
-        total = sum(source, sum(destination, total + bodyProtocol + static_cast<std::uint32_t>(content.size())));
+        total = sum(source,
+                    sum(destination, total + bodyProtocol + static_cast<std::uint32_t>(content.size())));
     put16(out, start + checksumAt, fold(total));
     return out;
 }
@@ -128,12 +133,14 @@ Packet FarNet::Datagram::error(unsigned char typeV4, unsigned char codeV4, unsig
                                unsigned char codeV6) const
 {
     Packet content { isV6 ? typeV6 : typeV4, isV6 ? codeV6 : codeV4, 0, 0, 0, 0, 0, 0 };
-    const auto quoted = whole.first(std::min<std::size_t>(whole.size(), isV6 ? 1000 : whole.size() - body.size() + 8));
+    const auto quoted
+        = whole.first(std::min<std::size_t>(whole.size(), isV6 ? 1000 : whole.size() - body.size() + 8));
     content.insert(content.end(), quoted.begin(), quoted.end());
     return back(isV6 ? kIcmpV6 : kIcmp, content, 2);
 }
 
-Packet FarNet::Datagram::segment(std::uint32_t sequence, std::uint32_t acknowledged, unsigned char flags) const
+Packet FarNet::Datagram::segment(std::uint32_t sequence, std::uint32_t acknowledged,
+                                 unsigned char flags) const
 {
     Packet content(20);
     put16(content, 0, get16(body, 2));
@@ -180,7 +187,8 @@ void FarNet::readLine(const std::string &line, std::chrono::microseconds &delay)
     rule.address[10] = rule.address[11] = isV6 ? 0 : 0xff;
     if (inet_pton(isV6 ? AF_INET6 : AF_INET, name.c_str(), rule.address.data() + (isV6 ? 0 : 12)) != 1)
         throw Mistake("not an address: " + name);
-    const unsigned bits = slash == std::string::npos ? 128 : static_cast<unsigned>(std::stoul(where.substr(slash + 1)));
+    const unsigned bits
+        = slash == std::string::npos ? 128 : static_cast<unsigned>(std::stoul(where.substr(slash + 1)));
     rule.prefix = slash == std::string::npos || isV6 ? bits : bits + 96;
     while (words >> setting) {
         const auto equals = setting.find('=');
@@ -206,8 +214,9 @@ FarNet::Tcp FarNet::readTcp(const std::string &value)
 void FarNet::readSetting(Rule &rule, const std::string &key, const std::string &value)
 {
     static const std::map<std::string, Echo> kEchoes {
-        { "answer", Echo::Answer },           { "silent", Echo::Silent },
-        { "unreachable", Echo::Unreachable }, { "prohibited", Echo::Prohibited },
+        { "answer", Echo::Answer },         { "silent", Echo::Silent }, { "unreachable", Echo::Unreachable },
+        { "prohibited", Echo::Prohibited }, { "twice", Echo::Twice },   { "foreign", Echo::Foreign },
+        { "garbled", Echo::Garbled },
     };
     if (key == "delay") {
         rule.delay = std::chrono::microseconds(static_cast<long>(std::stod(value) * 1000));
@@ -267,13 +276,22 @@ void FarNet::echoed(const Datagram &in, const Rule &rule, const std::function<vo
         if (++m_echoCounts[in.target()] % rule.nth != 0)
             return;
         break;
-    case Echo::Answer:
+    default:
         break;
     }
     Packet content(in.body.begin(), in.body.end());
     content[0] = in.isV6 ? 129 : 0;
     content[2] = content[3] = 0;
-    answer({ rule.delay, in.back(in.protocol, content, 2) });
+    if (rule.echo == Echo::Garbled && content.size() > 8)
+        content[8] ^= 1;
+    Packet other(in.destination.begin(), in.destination.end());
+    other.back() ^= 128;
+    Datagram from = in;
+    if (rule.echo == Echo::Foreign)
+        from.destination = other;
+    answer({ rule.delay, from.back(in.protocol, content, 2) });
+    if (rule.echo == Echo::Twice)
+        answer({ rule.delay, from.back(in.protocol, content, 2) });
 }
 
 /** The peers keep no state: what a segment says is enough to play one that sends nothing of its own. */

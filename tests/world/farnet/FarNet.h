@@ -18,7 +18,9 @@
         hosts ADDRESS[/PREFIX] KEY=VALUE…
     KEY=VALUE:
         delay=MS
-        echo=answer|silent|nth:N|unreachable|prohibited       (nth:N: only every Nth request of a host is answered)
+        echo=answer|silent|nth:N|unreachable|prohibited       (nth:N: only every Nth request is answered)
+        echo=twice|foreign|garbled                            (answers that no request deserves: a duplicate,
+                                                               from elsewhere, with another content)
         tcp=open|refused|silent|reset|unreachable|prohibited  (reset: accepts, then resets at once;
                                                                unreachable: ICMP port unreachable)
         NUMBER=…                                              like tcp, for this port alone
@@ -44,7 +46,7 @@ public:
 
 private:
     using Address = std::array<unsigned char, 16>; // IPv4 as ::ffff:a.b.c.d
-    enum class Echo { Answer, Silent, Nth, Unreachable, Prohibited };
+    enum class Echo { Answer, Silent, Nth, Unreachable, Prohibited, Twice, Foreign, Garbled };
     enum class Tcp { Open, Refused, Silent, Reset, Unreachable, Prohibited };
     struct Rule {
         Address address {};

@@ -1,6 +1,6 @@
-// farnet CONFIGURATION [DEVICE]: plays the far network of the configuration file behind a tunnel device of the
-// current network namespace. Says "ready" on standard output when the device is there and ends
-// on SIGTERM. Routes and addresses are the caller's business (see in-netns).
+// farnet CONFIGURATION [DEVICE]: plays the far network of the configuration file behind a tunnel device of
+// the current network namespace. Says "ready" on standard output when the device is there and ends on
+// SIGTERM. Routes and addresses are the caller's business (see in-netns).
 #include "tests/world/farnet/FarNet.h"
 
 #include <cerrno>
@@ -44,7 +44,7 @@ int openTunnel(const char *name)
 class Tunnel
 {
 public:
-    Tunnel(int fd, FarNet &net) : m_fd(fd), m_net(net) {}
+    Tunnel(int fd, FarNet &net) : m_fd(fd), m_net(net) { }
     [[noreturn]] void run();
 
 private:
