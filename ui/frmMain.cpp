@@ -90,7 +90,13 @@ frmMain::frmMain(Editors *editors, TerminalEcho *echo)
     updateCommands();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    // The views still talk while they are torn down; by then only a plain widget is left to listen.
+    for (QObject *part : { static_cast<QObject *>(m_tree), static_cast<QObject *>(m_list),
+             static_cast<QObject *>(m_views), static_cast<QObject *>(m_tray) })
+        part->disconnect(this);
+}
 
 // Building
 
