@@ -1,4 +1,5 @@
 #include "platform/dao/Convert.h"
+#include "platform/dao/DateText.h"
 #include "platform/dao/Errors.h"
 #include "platform/dao/RecordsetPrivate.h"
 
@@ -78,15 +79,22 @@ int RecordsetPrivate::outputOf(int index) const
     return index;
 }
 
-Value RecordsetPrivate::field(int output) const
+const std::vector<Value> &RecordsetPrivate::currentValues() const
 {
     if (m_buffer != Buffer::None)
-        return m_edited[size_t(output)];
+        return m_edited;
     requireRow();
     const Row &row = m_rows[size_t(m_current)];
     if (row.deleted)
         raise(3167);
-    return row.values[size_t(output)];
+    return row.values;
+}
+
+Value RecordsetPrivate::field(int output) const
+{
+    const Value &value = currentValues()[size_t(output)];
+    const auto *days = std::get_if<double>(&value.data());
+    return days && m_plan->outputs[size_t(output)].kind == Kind::Date ? Value(fromOleDate(*days)) : value;
 }
 
 void RecordsetPrivate::set(int output, const Value &value)

@@ -39,7 +39,8 @@ private:
     const Plan &m_plan;
 };
 
-/** A column's value as its kind reads it from SQLite. */
+/** A column's value as its kind reads it from SQLite; a date stays a day number, because making thousands of
+    local times takes longer than reading them. */
 Value readColumn(const sqlite::Statement &statement, int index, Kind kind);
 
 } // namespace dao
