@@ -9,7 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-// Times the storage layer on a database of 1000 devices with 11 checks each: microseconds per call beside its target.
+// Times the storage layer on a database of 1000 devices with 11 checks each: microseconds per call beside its
+// target.
 
 namespace {
 
@@ -36,13 +37,15 @@ void fill(dao::Database &db)
         db.Execute(u"INSERT INTO tblGroup (Group_Label) VALUES ('Group %1')"_s.arg(group));
     int port = 0;
     for (int device = 1; device <= kDevices; ++device) {
-        db.Execute(u"INSERT INTO tblDevices (Group_ID, Device_Name) VALUES (%1, 'host%2.example')"_s.arg(device % kGroups + 1)
+        db.Execute(u"INSERT INTO tblDevices (Group_ID, Device_Name) VALUES (%1, 'host%2.example')"_s
+                       .arg(device % kGroups + 1)
                        .arg(device));
         for (int check = 0; check < kChecks; ++check) {
             ++port;
             db.Execute(u"INSERT INTO tblPortMain (Device_ID, Port_Num) VALUES (%1, '%2')"_s.arg(device).arg(
                 check == 0 ? u"Ping"_s : QString::number(check * 10)));
-            db.Execute(u"INSERT INTO tblPortStatus (Port_ID, Device_ID) VALUES (%1, %2)"_s.arg(port).arg(device));
+            db.Execute(
+                u"INSERT INTO tblPortStatus (Port_ID, Device_ID) VALUES (%1, %2)"_s.arg(port).arg(device));
         }
     }
     db.CommitPending();
@@ -56,14 +59,16 @@ void measure(const char *name, double target, int rounds, const std::function<vo
         body(i);
     const double each = double(clock.nsecsElapsed()) / 1000 / rounds;
     if (target > 0)
-        std::printf("%-34s %9.1f us  target %6.0f us  %s\n", name, each, target, each <= target ? "met" : "MISSED");
+        std::printf("%-34s %9.1f us  target %6.0f us  %s\n", name, each, target,
+                    each <= target ? "met" : "MISSED");
     else
         std::printf("%-34s %9.1f us\n", name, each);
 }
 
 void editStatus(dao::Database &db, int port)
 {
-    auto rs = db.OpenRecordset(u"Select * from tblPortStatus WHERE Port_ID = %1 AND Port_Icon <> 13"_s.arg(port));
+    auto rs
+        = db.OpenRecordset(u"Select * from tblPortStatus WHERE Port_ID = %1 AND Port_Icon <> 13"_s.arg(port));
     rs.Edit();
     rs.Set(u"Port_Status"_s, u"Connected"_s);
     rs.Set(u"Port_Success"_s, rs.Field(u"Port_Success"_s).integer() + 1);
@@ -79,45 +84,44 @@ void benchmark(dao::Database &db)
     const int ports = kDevices * kChecks;
     measure("edit a status row", 30, ports, [&](int i) { editStatus(db, i + 1); });
     measure("roll one device up", 20, kDevices * 3, [&](int i) {
-        db.Execute(u"UPDATE tblDevices INNER JOIN tblPortStatus ON tblDevices.Device_ID = tblPortStatus.Device_ID SET "
-                   u"tblDevices.Device_Icon = 2, tblDevices.Device_Status = 'No Problems Detected' WHERE "
-                   u"tblPortStatus.Port_Mode = 0 AND tblDevices.Device_Icon <> 12 AND tblDevices.Device_ID = %1"_s.arg(
-                       i % kDevices + 1));
+        db.Execute(
+            u"UPDATE tblDevices INNER JOIN tblPortStatus ON tblDevices.Device_ID = tblPortStatus.Device_ID SET tblDevices.Device_Icon = 2, tblDevices.Device_Status = 'No Problems Detected' WHERE tblPortStatus.Port_Mode = 0 AND tblDevices.Device_Icon <> 12 AND tblDevices.Device_ID = %1"_s
+                .arg(i % kDevices + 1));
     });
     measure("icons of one device (RIGHT JOIN)", 0, kDevices, [&](int i) {
-        db.OpenRecordset(u"Select tblPortMain.Port_Num, tblPortStatus.Port_Icon FROM tblPortMain RIGHT JOIN tblPortStatus ON "
-                         u"tblPortMain.Port_ID = tblPortStatus.Port_ID WHERE tblPortMain.Device_ID = %1"_s.arg(i + 1));
+        db.OpenRecordset(
+            u"Select tblPortMain.Port_Num, tblPortStatus.Port_Icon FROM tblPortMain RIGHT JOIN tblPortStatus ON tblPortMain.Port_ID = tblPortStatus.Port_ID WHERE tblPortMain.Device_ID = %1"_s
+                .arg(i + 1));
     });
     measure("checks of one device", 0, kDevices, [&](int i) {
-        db.OpenRecordset(u"Select tblDevices.Device_ID, tblDevices.Device_Name, tblPortMain.Device_ID, tblPortMain.Port_Num, "
-                         u"tblPortMain.Port_ID FROM tblPortMain, tblDevices WHERE tblPortMain.Device_ID = %1 AND "
-                         u"tblDevices.Device_ID = tblPortMain.Device_ID ORDER BY tblPortMain.Device_ID"_s.arg(i + 1));
+        db.OpenRecordset(
+            u"Select tblDevices.Device_ID, tblDevices.Device_Name, tblPortMain.Device_ID, tblPortMain.Port_Num, tblPortMain.Port_ID FROM tblPortMain, tblDevices WHERE tblPortMain.Device_ID = %1 AND tblDevices.Device_ID = tblPortMain.Device_ID ORDER BY tblPortMain.Device_ID"_s
+                .arg(i + 1));
     });
     measure("one check for editing (LEFT JOINs)", 0, kDevices, [&](int i) {
-        db.OpenRecordset(u"Select * from tblDevices LEFT JOIN(tblPortMain LEFT JOIN tblPortEmailTemplate ON "
-                         u"tblPortEmailTemplate.Port_ID = tblPortMain.Port_ID) ON tblDevices.Device_ID = "
-                         u"tblPortMain.Device_ID WHERE tblDevices.Device_ID = %1 AND tblPortMain.Port_Num ='80'"_s.arg(i + 1));
+        db.OpenRecordset(
+            u"Select * from tblDevices LEFT JOIN(tblPortMain LEFT JOIN tblPortEmailTemplate ON tblPortEmailTemplate.Port_ID = tblPortMain.Port_ID) ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = %1 AND tblPortMain.Port_Num ='80'"_s
+                .arg(i + 1));
     });
     measure("record an event", 0, 5000, [&](int i) {
-        db.Execute(u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES ('1', "
-                   u"'%1', '4', '%2', 'Failure', 'no answer');"_s.arg(i)
-                       .arg(dao::Value(QDateTime(QDate(2024, 1, 1), QTime(0, 0)).addSecs(i)).text()));
+        db.Execute(
+            u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES ('1', '%1', '4', '%2', 'Failure', 'no answer');"_s
+                .arg(i)
+                .arg(dao::Value(QDateTime(QDate(2024, 1, 1), QTime(0, 0)).addSecs(i)).text()));
     });
-    measure("list 5000 events", 0, 10, [&](int) { db.OpenRecordset(u"Select * FROM tblEventLog ORDER BY Event_Date"_s); });
+    measure("list 5000 events", 0, 10,
+            [&](int) { db.OpenRecordset(u"Select * FROM tblEventLog ORDER BY Event_Date"_s); });
     measure("failed ports of 11000", 0, 20, [&](int) {
-        db.OpenRecordset(u"Select tblDevices.Device_Name, tblPortMain.Port_Num, tblPortStatus.Port_Last_Error FROM tblDevices, "
-                         u"tblPortMain, tblPortStatus WHERE tblDevices.Device_ID = tblPortMain.Device_ID AND "
-                         u"tblPortMain.Port_ID = tblPortStatus.Port_ID AND tblPortStatus.Port_Mode = -1 AND "
-                         u"tblPortStatus.Port_Icon <> 13 AND tblPortStatus.Port_Icon_Flag = -1"_s);
+        db.OpenRecordset(
+            u"Select tblDevices.Device_Name, tblPortMain.Port_Num, tblPortStatus.Port_Last_Error FROM tblDevices, tblPortMain, tblPortStatus WHERE tblDevices.Device_ID = tblPortMain.Device_ID AND tblPortMain.Port_ID = tblPortStatus.Port_ID AND tblPortStatus.Port_Mode = -1 AND tblPortStatus.Port_Icon <> 13 AND tblPortStatus.Port_Icon_Flag = -1"_s);
     });
     measure("count problems of 11000", 0, 20, [&](int) {
         db.Execute(u"UPDATE tblPortStatus SET Port_Dummy = 0 WHERE Port_Mode < 0 AND Port_Icon <> 13"_s);
     });
     measure("delete a device with its checks", 0, 100, [&](int i) {
-        db.Execute(u"DELETE tblDevices.*, tblPortMain.*, tblPortStatus.*, tblPortEmailTemplate.* FROM tblDevices LEFT "
-                   u"JOIN(tblPortMain LEFT JOIN(tblPortStatus LEFT JOIN tblPortEmailTemplate ON tblPortStatus.Device_ID = "
-                   u"tblPortEmailTemplate.Device_ID) ON tblPortMain.Device_ID = tblPortStatus.Device_ID) ON "
-                   u"tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = %1"_s.arg(i + 1));
+        db.Execute(
+            u"DELETE tblDevices.*, tblPortMain.*, tblPortStatus.*, tblPortEmailTemplate.* FROM tblDevices LEFT JOIN(tblPortMain LEFT JOIN(tblPortStatus LEFT JOIN tblPortEmailTemplate ON tblPortStatus.Device_ID = tblPortEmailTemplate.Device_ID) ON tblPortMain.Device_ID = tblPortStatus.Device_ID) ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = %1"_s
+                .arg(i + 1));
     });
     measure("commit", 0, 1, [&](int) { db.CommitPending(); });
 }

@@ -9,8 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-// Any text may be handed to Execute and OpenRecordset. Whatever it is: nothing but a VbError comes out, the tables stay
-// as they were defined, and no file appears.
+// Any text may be handed to Execute and OpenRecordset. Whatever it is: nothing but a VbError comes out, the
+// tables stay as they were defined, and no file appears.
 
 namespace {
 
@@ -39,9 +39,12 @@ QByteArray readMaster(const QString &path)
 {
     sqlite3 *db = nullptr;
     QByteArray all;
-    require(sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK, "second opening");
+    require(sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK,
+            "second opening");
     sqlite3_exec(
-        db, "SELECT type, name, sql FROM sqlite_master UNION ALL SELECT 'version', user_version, 0 FROM pragma_user_version",
+        db,
+        "SELECT type, name, sql FROM sqlite_master UNION ALL SELECT 'version', user_version, 0 FROM "
+        "pragma_user_version",
         [](void *out, int n, char **cells, char **) {
             for (int i = 0; i < n; ++i)
                 static_cast<QByteArray *>(out)->append(cells[i] ? cells[i] : "Null").append('\n');
@@ -55,7 +58,8 @@ QByteArray readMaster(const QString &path)
 class World
 {
 public:
-    World() : m_path(m_folder.filePath(u"fuzz.mdb"_s))
+    World()
+        : m_path(m_folder.filePath(u"fuzz.mdb"_s))
     {
         dao::CreateDatabase(m_path, definitions());
         m_db = dao::OpenDatabase(m_path, false);
@@ -78,7 +82,8 @@ private:
         try {
             body();
         } catch (const VbError &error) {
-            require(dao::Errors().size() == 1 && dao::Errors().constFirst().number == error.number(), "error collection");
+            require(dao::Errors().size() == 1 && dao::Errors().constFirst().number == error.number(),
+                    "error collection");
             if (error.number() == 3000)
                 std::fprintf(stderr, "%s\n", qPrintable(error.description()));
             require(error.number() != 3000, "SQLite refused generated SQL");
@@ -97,16 +102,19 @@ private:
         rs.Update();
     }
 
-    QStringList files() const { return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name); }
+    QStringList files() const
+    {
+        return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
+    }
 
     void check()
     {
         m_db->CommitPending();
         require(readMaster(m_path) == m_master, "table definitions changed");
         require(files() == m_files, "files appeared or vanished");
-        for (const QString &table : {u"tblGroup"_s, u"tblDevices"_s, u"tblPortMain"_s, u"tblPortStatus"_s, u"tblEventLog"_s,
-                                     u"tblPortEmailTemplate"_s, u"tblMailQue"_s, u"tblTCPPorts"_s, u"tblScripts"_s,
-                                     u"tblAgentAnnounce"_s}) {
+        for (const QString &table : {u"tblGroup"_s, u"tblDevices"_s, u"tblPortMain"_s, u"tblPortStatus"_s,
+                                     u"tblEventLog"_s, u"tblPortEmailTemplate"_s, u"tblMailQue"_s,
+                                     u"tblTCPPorts"_s, u"tblScripts"_s, u"tblAgentAnnounce"_s}) {
             m_db->Execute(u"DELETE * FROM "_s + table);
             for (int i = 0; i < 3; ++i) {
                 auto rs = m_db->OpenRecordset(table);

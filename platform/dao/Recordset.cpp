@@ -18,7 +18,9 @@ const QString kFieldSource = u"DAO.Field"_s;
 
 RecordsetPrivate::RecordsetPrivate(std::shared_ptr<Session> session, std::shared_ptr<const Plan> plan,
                                    Bindings bindings)
-    : m_session(std::move(session)), m_plan(std::move(plan)), m_bindings(std::move(bindings))
+    : m_session(std::move(session))
+    , m_plan(std::move(plan))
+    , m_bindings(std::move(bindings))
 {
     run();
 }
@@ -147,8 +149,8 @@ Value RecordsetPrivate::newRowValue(const Output &output) const
     if (column.kind == Kind::Auto)
         return m_session->nextAuto(table);
     // Rows that join columns would make exist only once something is assigned to them.
-    const bool optional =
-        std::any_of(m_plan->links.begin(), m_plan->links.end(), [&](const Link &l) { return l.child == output.from; });
+    const bool optional = std::any_of(m_plan->links.begin(), m_plan->links.end(),
+                                      [&](const Link &l) { return l.child == output.from; });
     return optional ? Value() : column.defaultValue;
 }
 
@@ -216,20 +218,17 @@ void RecordsetPrivate::moveTo(int row)
     m_visited = std::max(m_visited, std::min(row + 1, rowCount()));
 }
 
-Recordset::Recordset(std::unique_ptr<RecordsetPrivate> p) : d(std::move(p)) { }
+Recordset::Recordset(std::unique_ptr<RecordsetPrivate> p)
+    : d(std::move(p))
+{
+}
 Recordset::Recordset(Recordset &&) noexcept = default;
 Recordset &Recordset::operator=(Recordset &&) noexcept = default;
 Recordset::~Recordset() = default;
 
-bool Recordset::Bof() const
-{
-    return d->rowCount() == 0 || d->m_current < 0;
-}
+bool Recordset::Bof() const { return d->rowCount() == 0 || d->m_current < 0; }
 
-bool Recordset::Eof() const
-{
-    return d->isEof();
-}
+bool Recordset::Eof() const { return d->isEof(); }
 
 void Recordset::MoveFirst()
 {
@@ -261,10 +260,7 @@ void Recordset::MoveLast()
     });
 }
 
-long Recordset::RecordCount() const
-{
-    return d->m_visited;
-}
+long Recordset::RecordCount() const { return d->m_visited; }
 
 QStringList Recordset::FieldNames() const
 {

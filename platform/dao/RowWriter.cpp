@@ -153,7 +153,8 @@ void RowWriter::remove(const RowKeys &keys)
         const Table &table = *m_plan.tables[size_t(*from)];
         m_session.beginWrite();
         {
-            sqlite::Use statement(m_session.prepare("DELETE FROM " + table.sqlName + " WHERE " + table.key + " = ?"));
+            sqlite::Use statement(
+                m_session.prepare("DELETE FROM " + table.sqlName + " WHERE " + table.key + " = ?"));
             statement->bind(1, Value(*key));
             statement->step();
         }
