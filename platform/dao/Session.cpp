@@ -6,6 +6,7 @@
 #include "platform/dao/Resolver.h"
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -179,7 +180,7 @@ void Session::beginWrite()
 void Session::endWrite()
 {
     // Without an event loop nothing would ever let the other users in.
-    if (!m_exclusive && !QCoreApplication::instance())
+    if (m_nesting == 0 && !m_exclusive && !QCoreApplication::instance())
         commitPending();
 }
 
@@ -228,6 +229,7 @@ void Session::atomically(const std::function<void()> &writes)
 {
     beginWrite();
     sqlite::Use(prepare("SAVEPOINT several"))->step();
+    const QScopedValueRollback<int> nesting(m_nesting, m_nesting + 1);
     try {
         writes();
     } catch (...) {
