@@ -51,7 +51,7 @@ void replaceInText(ResultTable &lines, QLatin1StringView token, const QString &t
     the written name for the balloon. */
 QString spokenItem(const ResultTable &changes, int row, const ChangeKind &kind)
 {
-    const QString name = changes.at(0, row);
+    const QString &name = changes.at(0, row);
     QString spoken = dao::Value(changes.at(kind.pronounceColumn, row)).boolean() ? name.toLower() : name.toUpper();
     spoken.replace(u'.', "\\pau=50\\ dot \\pau=25\\"_L1);
     QString item = "\\map=\""_L1 + spoken + "\"=\""_L1 + name + "\"\\ port "_L1 + changes.at(1, row);
