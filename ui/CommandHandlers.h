@@ -9,7 +9,10 @@ enum class ViewMode;
 class CommandHandlers
 {
 public:
-    explicit CommandHandlers(const WindowParts &parts) : m_parts(parts) {}
+    explicit CommandHandlers(const WindowParts &parts)
+        : m_parts(parts)
+    {
+    }
 
     void exit();
     void monitoringOn();

@@ -8,7 +8,7 @@ struct CommandState {
     bool monitoring = false;
     bool checking = false; // a cycle runs
     NodeLevel node = NodeLevel::None; // selected in the tree
-    bool nodeDisabled = false;        // a device that is switched off
+    bool nodeDisabled = false; // a device that is switched off
     bool nodeEditable = false;
     bool nodeHasDetails = false;
     bool rowEditable = false; // selected in the list

@@ -29,7 +29,7 @@ struct Command {
     const char *tip;
     void (CommandHandlers::*run)();
     Test enabled = nullptr; // null: always
-    Test shown = nullptr;   // null: always
+    Test shown = nullptr; // null: always
     Test checked = nullptr; // null: not a check item
     Scope scope = Scope::Window;
 };
@@ -55,81 +55,89 @@ bool statusBarShown(const State &s) { return s.statusBar; }
 bool statusShown(const State &s) { return !s.eventViewer; }
 bool eventsShown(const State &s) { return s.eventViewer; }
 template <ViewMode mode>
-bool isMode(const State &s) { return s.viewMode == mode; }
+bool isMode(const State &s)
+{
+    return s.viewMode == mode;
+}
 
 using H = CommandHandlers;
 
-const std::array kCommands{
-    Command{"mnuFilemnuExit", "E&xit", "Ctrl+Q", "exit", "Close the program", &H::exit},
+const std::array kCommands {
+    Command { "mnuFilemnuExit", "E&xit", "Ctrl+Q", "exit", "Close the program", &H::exit },
 
-    Command{"mnuMonitoringOn", "Monitoring &On", "Ctrl+M", "monitor", "Start checking the devices",
-            &H::monitoringOn, isOff},
-    Command{"mnuMonitoringOff", "Monitoring O&ff", "Ctrl+M", "stop", "Stop checking the devices",
-            &H::monitoringOff, isOn},
-    Command{"tbMonitor", "Monitor", nullptr, "monitor", "Start checking the devices", &H::monitoringOn, canStart},
-    Command{"tbStop", "Stop", nullptr, "stop", "Stop checking the devices", &H::monitoringOff, canStop},
-    Command{"mnuSysTrayMonitoringOn", "Monitoring &On", nullptr, "monitor", "Start checking the devices",
-            &H::monitoringOn, isOff},
-    Command{"mnuSysTrayMonitoringOff", "Monitoring O&ff", nullptr, "stop", "Stop checking the devices",
-            &H::monitoringOff, isOn},
+    Command { "mnuMonitoringOn", "Monitoring &On", "Ctrl+M", "monitor", "Start checking the devices",
+        &H::monitoringOn, isOff },
+    Command { "mnuMonitoringOff", "Monitoring O&ff", "Ctrl+M", "stop", "Stop checking the devices",
+        &H::monitoringOff, isOn },
+    Command { "tbMonitor", "Monitor", nullptr, "monitor", "Start checking the devices", &H::monitoringOn,
+        canStart },
+    Command { "tbStop", "Stop", nullptr, "stop", "Stop checking the devices", &H::monitoringOff, canStop },
+    Command { "mnuSysTrayMonitoringOn", "Monitoring &On", nullptr, "monitor", "Start checking the devices",
+        &H::monitoringOn, isOff },
+    Command { "mnuSysTrayMonitoringOff", "Monitoring O&ff", nullptr, "stop", "Stop checking the devices",
+        &H::monitoringOff, isOn },
 
-    Command{"mnuViewStatus", "&Status", "Ctrl+1", nullptr, "Show the state of the selected objects",
-            &H::showStatus, nullptr, nullptr, statusShown},
-    Command{"mnuViewEventViewer", "&Event Viewer", "Ctrl+2", nullptr, "Show the recorded events",
-            &H::showEventViewer, nullptr, nullptr, eventsShown},
-    Command{"mnuViewLargeIcons", "View Lar&ge Icons", nullptr, "view_large", "Show the list as large icons",
-            &H::viewLargeIcons, nullptr, nullptr, isMode<ViewMode::LargeIcons>},
-    Command{"mnuViewSmallIcons", "View S&mall Icons", nullptr, "view_small", "Show the list as small icons",
-            &H::viewSmallIcons, nullptr, nullptr, isMode<ViewMode::SmallIcons>},
-    Command{"mnuViewList", "View &List", nullptr, "view_list", "Show the list as names in columns",
-            &H::viewList, nullptr, nullptr, isMode<ViewMode::List>},
-    Command{"mnuViewDetails", "View &Details", nullptr, "view_details", "Show the list with all its columns",
-            &H::viewDetails, nullptr, nullptr, isMode<ViewMode::Details>},
-    Command{"tbViews", "Views", nullptr, "views", "Change to the next list style", &H::nextViewMode},
-    Command{"mnuViewExpandNodes", "E&xpand Nodes", "Ctrl++", "expand", "Open every node of the tree",
-            &H::expandNodes},
-    Command{"mnuViewCollapseNodes", "&Collapse Nodes", "Ctrl+-", "collapse", "Close every node of the tree",
-            &H::collapseNodes},
-    Command{"mnuViewToolbar", "&Toolbar", nullptr, nullptr, "Show or hide the toolbar", &H::toggleToolBar,
-            nullptr, nullptr, toolBarShown},
-    Command{"mnuViewStatusBar", "Status &Bar", nullptr, nullptr, "Show or hide the status bar",
-            &H::toggleStatusBar, nullptr, nullptr, statusBarShown},
-    Command{"mnuViewLog", "Log &File", "Ctrl+L", "log", "Open the log file", &H::viewLog},
-    Command{"mnuViewRefresh", "&Refresh", "F5", "refresh", "Read tree and list again from the database",
-            &H::refresh},
-    Command{"tbRefresh", "Refresh", nullptr, "refresh", "Read tree and list again from the database", &H::refresh},
+    Command { "mnuViewStatus", "&Status", "Ctrl+1", nullptr, "Show the state of the selected objects",
+        &H::showStatus, nullptr, nullptr, statusShown },
+    Command { "mnuViewEventViewer", "&Event Viewer", "Ctrl+2", nullptr, "Show the recorded events",
+        &H::showEventViewer, nullptr, nullptr, eventsShown },
+    Command { "mnuViewLargeIcons", "View Lar&ge Icons", nullptr, "view_large", "Show the list as large icons",
+        &H::viewLargeIcons, nullptr, nullptr, isMode<ViewMode::LargeIcons> },
+    Command { "mnuViewSmallIcons", "View S&mall Icons", nullptr, "view_small", "Show the list as small icons",
+        &H::viewSmallIcons, nullptr, nullptr, isMode<ViewMode::SmallIcons> },
+    Command { "mnuViewList", "View &List", nullptr, "view_list", "Show the list as names in columns",
+        &H::viewList, nullptr, nullptr, isMode<ViewMode::List> },
+    Command { "mnuViewDetails", "View &Details", nullptr, "view_details",
+        "Show the list with all its columns", &H::viewDetails, nullptr, nullptr, isMode<ViewMode::Details> },
+    Command { "tbViews", "Views", nullptr, "views", "Change to the next list style", &H::nextViewMode },
+    Command { "mnuViewExpandNodes", "E&xpand Nodes", "Ctrl++", "expand", "Open every node of the tree",
+        &H::expandNodes },
+    Command { "mnuViewCollapseNodes", "&Collapse Nodes", "Ctrl+-", "collapse", "Close every node of the tree",
+        &H::collapseNodes },
+    Command { "mnuViewToolbar", "&Toolbar", nullptr, nullptr, "Show or hide the toolbar", &H::toggleToolBar,
+        nullptr, nullptr, toolBarShown },
+    Command { "mnuViewStatusBar", "Status &Bar", nullptr, nullptr, "Show or hide the status bar",
+        &H::toggleStatusBar, nullptr, nullptr, statusBarShown },
+    Command { "mnuViewLog", "Log &File", "Ctrl+L", "log", "Open the log file", &H::viewLog },
+    Command { "mnuViewRefresh", "&Refresh", "F5", "refresh", "Read tree and list again from the database",
+        &H::refresh },
+    Command { "tbRefresh", "Refresh", nullptr, "refresh", "Read tree and list again from the database",
+        &H::refresh },
 
-    Command{"mnuResetCounters", "&Reset Counters", nullptr, "reset", "Set all counters and states back",
-            &H::resetCounters, isIdle},
-    Command{"mnuToolsAdvancedClearEventLog", "Clear &Event Log", nullptr, "clear", "Delete all recorded events",
-            &H::clearEventLog, isIdle},
-    Command{"mnuToolsClearRegistry", "&Clear Registry", nullptr, nullptr, "Delete all settings",
-            &H::clearRegistry, isIdle},
+    Command { "mnuResetCounters", "&Reset Counters", nullptr, "reset", "Set all counters and states back",
+        &H::resetCounters, isIdle },
+    Command { "mnuToolsAdvancedClearEventLog", "Clear &Event Log", nullptr, "clear",
+        "Delete all recorded events", &H::clearEventLog, isIdle },
+    Command { "mnuToolsClearRegistry", "&Clear Registry", nullptr, nullptr, "Delete all settings",
+        &H::clearRegistry, isIdle },
 
-    Command{"mnutvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
-            &H::refresh},
-    Command{"mnutvDisableDevice", "D&isable Device", nullptr, nullptr, "Leave the device out of the checks",
-            &H::disableDevice, deviceIdle, onDevice, nodeDisabled, Scope::Tree},
-    Command{"mnutvDeleteGroup", "&Delete Group", "Del", "delete", "Delete the selected group", &H::deleteGroup,
-            groupIdle, onGroup, nullptr, Scope::Tree},
-    Command{"mnutvDeleteDevice", "&Delete Device", "Del", "delete", "Delete the selected device and its checks",
-            &H::deleteDevice, deviceIdle, onDevice, nullptr, Scope::Tree},
-    Command{"mnutvDeletePort", "&Delete Port", "Del", "delete", "Delete the selected check", &H::deletePort,
-            portIdle, onPort, nullptr, Scope::Tree},
-    Command{"mnutvPortDetails", "Port De&tails", nullptr, "details", "Show the history of the selected check",
-            &H::nodeDetails, nodeHasDetails, nodeHasDetails, nullptr, Scope::Tree},
-    Command{"mnutvProperties", "&Properties", "Alt+Return", "properties", "Edit the selected object",
-            &H::nodeProperties, nodeEditable, nodeEditable, nullptr, Scope::Tree},
+    Command { "mnutvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
+        &H::refresh },
+    Command { "mnutvDisableDevice", "D&isable Device", nullptr, nullptr, "Leave the device out of the checks",
+        &H::disableDevice, deviceIdle, onDevice, nodeDisabled, Scope::Tree },
+    Command { "mnutvDeleteGroup", "&Delete Group", "Del", "delete", "Delete the selected group",
+        &H::deleteGroup, groupIdle, onGroup, nullptr, Scope::Tree },
+    Command { "mnutvDeleteDevice", "&Delete Device", "Del", "delete",
+        "Delete the selected device and its checks", &H::deleteDevice, deviceIdle, onDevice, nullptr,
+        Scope::Tree },
+    Command { "mnutvDeletePort", "&Delete Port", "Del", "delete", "Delete the selected check", &H::deletePort,
+        portIdle, onPort, nullptr, Scope::Tree },
+    Command { "mnutvPortDetails", "Port De&tails", nullptr, "details",
+        "Show the history of the selected check", &H::nodeDetails, nodeHasDetails, nodeHasDetails, nullptr,
+        Scope::Tree },
+    Command { "mnutvProperties", "&Properties", "Alt+Return", "properties", "Edit the selected object",
+        &H::nodeProperties, nodeEditable, nodeEditable, nullptr, Scope::Tree },
 
-    Command{"mnulvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
-            &H::refresh},
-    Command{"mnulvRightClickDetails", "De&tails", nullptr, "details", "Show the history of the selected check",
-            &H::rowDetails, rowHasDetails, rowHasDetails, nullptr, Scope::List},
-    Command{"mnulvRightClickProperties", "&Properties", "Alt+Return", "properties", "Edit the selected object",
-            &H::rowProperties, rowEditable, rowEditable, nullptr, Scope::List},
+    Command { "mnulvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
+        &H::refresh },
+    Command { "mnulvRightClickDetails", "De&tails", nullptr, "details",
+        "Show the history of the selected check", &H::rowDetails, rowHasDetails, rowHasDetails, nullptr,
+        Scope::List },
+    Command { "mnulvRightClickProperties", "&Properties", "Alt+Return", "properties",
+        "Edit the selected object", &H::rowProperties, rowEditable, rowEditable, nullptr, Scope::List },
 
-    Command{"mnuSysTrayRestore", "&Restore", nullptr, "restore", "Show the window", &H::restore},
-    Command{"mnuSysTrayExit", "E&xit", nullptr, "exit", "Close the program", &H::exit},
+    Command { "mnuSysTrayRestore", "&Restore", nullptr, "restore", "Show the window", &H::restore },
+    Command { "mnuSysTrayExit", "E&xit", nullptr, "exit", "Close the program", &H::exit },
 };
 
 /** A menu's entries: a command, "-" for a line, or ">" and the name of a menu below. */
@@ -139,45 +147,41 @@ struct Menu {
     std::initializer_list<const char *> entries;
 };
 
-const std::array kMenus{
-    Menu{"mnuFile", "&File", {"mnuFilemnuExit"}},
-    Menu{"mnuMonitoring", "&Monitoring", {"mnuMonitoringOn", "mnuMonitoringOff"}},
-    Menu{"mnuView",
-         "&View",
-         {"mnuViewStatus", "mnuViewEventViewer", "-", ">mnuListViewMode", "mnuViewExpandNodes",
-          "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewLog", "-",
-          "mnuViewRefresh"}},
-    Menu{"mnuTools", "&Tools", {"mnuResetCounters", ">mnuToolsAdvanced"}},
-    Menu{"mnuToolsAdvanced", "&Advanced", {"mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry"}},
-    Menu{"mnuListViewMode",
-         "List View &Mode",
-         {"mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails"}},
-    Menu{"mnuViews",
-         "Views",
-         {"mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails", "-", "mnuViewExpandNodes",
-          "mnuViewCollapseNodes"}},
-    Menu{"mnutvRightClick",
-         "Tree",
-         {"mnutvRefresh", "-", "mnutvDisableDevice", "mnutvDeleteGroup", "mnutvDeleteDevice", "mnutvDeletePort",
-          "-", "mnuViewExpandNodes", "mnuViewCollapseNodes", "-", "mnutvPortDetails", "mnutvProperties"}},
-    Menu{"mnulvRightClick",
-         "List",
-         {"mnulvRefresh", "-", ">mnulvRightClickMode", "-", "mnulvRightClickDetails", "mnulvRightClickProperties"}},
-    Menu{"mnulvRightClickMode",
-         "View &Mode",
-         {"mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails"}},
-    Menu{"mnuSysTray",
-         "Tray",
-         {"mnuSysTrayRestore", "-", "mnuSysTrayMonitoringOn", "mnuSysTrayMonitoringOff", "-", "mnuSysTrayExit"}},
+const std::array kMenus {
+    Menu { "mnuFile", "&File", { "mnuFilemnuExit" } },
+    Menu { "mnuMonitoring", "&Monitoring", { "mnuMonitoringOn", "mnuMonitoringOff" } },
+    Menu { "mnuView", "&View",
+        { "mnuViewStatus", "mnuViewEventViewer", "-", ">mnuListViewMode", "mnuViewExpandNodes",
+            "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewLog", "-",
+            "mnuViewRefresh" } },
+    Menu { "mnuTools", "&Tools", { "mnuResetCounters", ">mnuToolsAdvanced" } },
+    Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
+    Menu { "mnuListViewMode", "List View &Mode",
+        { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails" } },
+    Menu { "mnuViews", "Views",
+        { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails", "-",
+            "mnuViewExpandNodes", "mnuViewCollapseNodes" } },
+    Menu { "mnutvRightClick", "Tree",
+        { "mnutvRefresh", "-", "mnutvDisableDevice", "mnutvDeleteGroup", "mnutvDeleteDevice",
+            "mnutvDeletePort", "-", "mnuViewExpandNodes", "mnuViewCollapseNodes", "-", "mnutvPortDetails",
+            "mnutvProperties" } },
+    Menu { "mnulvRightClick", "List",
+        { "mnulvRefresh", "-", ">mnulvRightClickMode", "-", "mnulvRightClickDetails",
+            "mnulvRightClickProperties" } },
+    Menu { "mnulvRightClickMode", "View &Mode",
+        { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails" } },
+    Menu { "mnuSysTray", "Tray",
+        { "mnuSysTrayRestore", "-", "mnuSysTrayMonitoringOn", "mnuSysTrayMonitoringOff", "-",
+            "mnuSysTrayExit" } },
 };
 
-constexpr const char *kMenuBar[] = {"mnuFile", "mnuMonitoring", "mnuView", "mnuTools"};
-constexpr const char *kToolBar[] = {"tbMonitor", "tbStop", "-", "tbViews", "tbRefresh"};
+constexpr const char *kMenuBar[] = { "mnuFile", "mnuMonitoring", "mnuView", "mnuTools" };
+constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh" };
 
 const Menu &menuNamed(QByteArrayView name)
 {
-    const auto found = std::find_if(kMenus.begin(), kMenus.end(),
-                                    [&](const Menu &menu) { return QByteArrayView(menu.name) == name; });
+    const auto found = std::find_if(
+        kMenus.begin(), kMenus.end(), [&](const Menu &menu) { return QByteArrayView(menu.name) == name; });
     Q_ASSERT(found != kMenus.end());
     return *found;
 }
@@ -198,7 +202,8 @@ void setShortcut(QAction &action, const char *shortcut)
 } // namespace
 
 Commands::Commands(CommandHandlers &handlers, QWidget &window, QWidget &tree, QWidget &list)
-    : QObject(&window), m_handlers(handlers)
+    : QObject(&window)
+    , m_handlers(handlers)
 {
     makeActions(window, tree, list);
 }

@@ -12,7 +12,8 @@ class QMenuBar;
 class QToolBar;
 class QWidget;
 
-/** The operator's commands, each declared once; menu bar, toolbar, context menus and tray menu are built from them. */
+/** The operator's commands, each declared once; menu bar, toolbar, context menus and tray menu are built from
+ * them. */
 class Commands : public QObject
 {
     Q_OBJECT

@@ -6,15 +6,15 @@
 
 #include <QApplication>
 
-Dialogs::Answer DesktopDialogs::messageBox(const QString &text, const QString &caption, Icon icon,
-                                           Buttons buttons)
+Dialogs::Answer DesktopDialogs::messageBox(
+    const QString &text, const QString &caption, Icon icon, Buttons buttons)
 {
     if (m_terminal) {
         m_terminal->message(caption, text);
         return Answer(desktop::closedAnswer(desktop::Buttons(buttons)));
     }
-    return Answer(desktop::messageBox(QApplication::activeWindow(), text, caption, desktop::Icon(icon),
-                                      desktop::Buttons(buttons)));
+    return Answer(desktop::messageBox(
+        QApplication::activeWindow(), text, caption, desktop::Icon(icon), desktop::Buttons(buttons)));
 }
 
 void DesktopDialogs::shellOpen(const QString &target) { desktop::shellOpen(target); }

@@ -18,7 +18,10 @@ class DeviceTree::Node : public QTreeWidgetItem
 {
 public:
     Node(NodeLevel nodeLevel, const QString &nodeKey, const QString &nodeText, int nodeImage)
-        : level(nodeLevel), key(nodeKey), image(nodeImage), m_text(nodeText)
+        : level(nodeLevel)
+        , key(nodeKey)
+        , image(nodeImage)
+        , m_text(nodeText)
     {
     }
 
@@ -57,6 +60,7 @@ private:
 namespace {
 
 constexpr long kElementNotFound = 35601;
+constexpr int kIndentation = 16;
 
 bool option(const QString &key) { return GetSettingBool(u"Options"_s, key); }
 
@@ -70,16 +74,22 @@ QString aliasOrName(const dao::Recordset &device)
 
 } // namespace
 
-DeviceTree::DeviceTree(QWidget *parent) : QTreeWidget(parent)
+DeviceTree::DeviceTree(QWidget *parent)
+    : QTreeWidget(parent)
 {
     setObjectName(u"tvTreeView"_s);
     setAccessibleName(tr("Monitored devices"));
     setColumnCount(1);
     header()->hide();
-    header()->setStretchLastSection(true);
+    // Names are shown whole; what does not fit is scrolled to. Only the rows in view are measured.
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setResizeContentsPrecision(0);
+    setTextElideMode(Qt::ElideNone);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setIndentation(kIndentation);
     setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    setTextElideMode(Qt::ElideRight);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QTreeWidget::currentItemChanged, this, &DeviceTree::onCurrentChanged);
     connect(this, &QTreeWidget::itemClicked, this, &DeviceTree::onItemClicked);
@@ -115,7 +125,7 @@ DeviceTree::Memory DeviceTree::remember() const
             memory.expanded.insert(it.key());
     }
     for (const Node *node = current(); node; node = node->parentNode())
-        memory.path.append({node->level, node->key});
+        memory.path.append({ node->level, node->key });
     return memory;
 }
 
@@ -136,13 +146,13 @@ void DeviceTree::restore(const Memory &memory)
     setCurrentItem(topLevelItem(0));
 }
 
-DeviceTree::Node *DeviceTree::addNode(Node *parent, NodeLevel level, const QString &key, const QString &text,
-                                      int image)
+DeviceTree::Node *DeviceTree::addNode(
+    Node *parent, NodeLevel level, const QString &key, const QString &text, int image)
 {
     Node *node = new Node(level, key, text, image);
     if (parent)
         parent->addChild(node);
-    m_nodes.insert({level, key}, node);
+    m_nodes.insert({ level, key }, node);
     return node;
 }
 
@@ -155,7 +165,7 @@ void DeviceTree::fill(bool expandOnFailure)
     for (; !groups.Eof(); groups.MoveNext()) {
         const qint64 id = groups.Field(u"Group_ID"_s).integer();
         Node *group = addNode(root, NodeLevel::Group, keys::group(id), groups.Field(u"Group_Label"_s).text(),
-                              codeOf(groups.Field(u"Group_Icon"_s)));
+            codeOf(groups.Field(u"Group_Icon"_s)));
         fillDevices(group, id, expandOnFailure);
     }
     groups.Close();
@@ -165,13 +175,13 @@ void DeviceTree::fill(bool expandOnFailure)
 
 void DeviceTree::fillDevices(Node *group, qint64 groupId, bool expandOnFailure)
 {
-    auto devices = db().OpenRecordset(u"Select * FROM tblDevices WHERE Group_ID = "_s + QString::number(groupId)
-                                      + u" ORDER BY Device_Alias, Device_Name"_s);
+    auto devices = db().OpenRecordset(u"Select * FROM tblDevices WHERE Group_ID = "_s
+        + QString::number(groupId) + u" ORDER BY Device_Alias, Device_Name"_s);
     for (; !devices.Eof(); devices.MoveNext()) {
         const qint64 id = devices.Field(u"Device_ID"_s).integer();
         const int icon = codeOf(devices.Field(u"Device_Icon"_s));
         Node *device = addNode(group, NodeLevel::Device,
-                               keys::device(id, devices.Field(u"Device_Name"_s).text()), aliasOrName(devices), icon);
+            keys::device(id, devices.Field(u"Device_Name"_s).text()), aliasOrName(devices), icon);
         // Greater than: recovered and disabled devices are opened as well.
         if (icon > status::DeviceOk && expandOnFailure)
             m_toExpand << device << group;
@@ -190,7 +200,7 @@ void DeviceTree::fillPorts(Node *device, qint64 deviceId)
     for (; !ports.Eof(); ports.MoveNext()) {
         const QString number = ports.Field(u"Port_Num"_s).text();
         addNode(device, NodeLevel::Port, keys::port(deviceId, number),
-                ports.Field(u"Port_Type"_s).text() + u':' + number, codeOf(ports.Field(u"Port_Icon"_s)));
+            ports.Field(u"Port_Type"_s).text() + u':' + number, codeOf(ports.Field(u"Port_Icon"_s)));
     }
     ports.Close();
 }
@@ -241,8 +251,8 @@ QList<DeviceTree::DeviceRow> DeviceTree::deviceRows()
     auto devices = db().OpenRecordset(
         u"Select Device_Icon, Device_ID, Device_Name FROM tblDevices ORDER BY Device_Icon"_s);
     for (; !devices.Eof(); devices.MoveNext()) {
-        rows.append({devices.Field(u"Device_ID"_s).integer(), devices.Field(u"Device_Name"_s).text(),
-                     codeOf(devices.Field(u"Device_Icon"_s))});
+        rows.append({ devices.Field(u"Device_ID"_s).integer(), devices.Field(u"Device_Name"_s).text(),
+            codeOf(devices.Field(u"Device_Icon"_s)) });
     }
     devices.Close();
     return rows;
@@ -267,8 +277,8 @@ void DeviceTree::refreshPorts(qint64 deviceId)
     ports.Close();
 }
 
-/** Healthy devices come first in the rows, so that a group which they close is opened again by one with problems.
-    Only the outcome reaches the view: otherwise such a group would flicker at every cycle. */
+/** Healthy devices come first in the rows, so that a group which they close is opened again by one with
+   problems. Only the outcome reaches the view: otherwise such a group would flicker at every cycle. */
 void DeviceTree::applyExpansion(const QList<DeviceRow> &rows, bool expandOnFailure, bool collapseOnRecovery)
 {
     QHash<Node *, bool> outcome;
@@ -293,7 +303,7 @@ void DeviceTree::applyExpansion(const QList<DeviceRow> &rows, bool expandOnFailu
 
 DeviceTree::Node *DeviceTree::find(NodeLevel level, const QString &key) const
 {
-    return m_nodes.value({level, key});
+    return m_nodes.value({ level, key });
 }
 
 DeviceTree::Node &DeviceTree::require(NodeLevel level, const QString &key) const
@@ -350,10 +360,10 @@ void DeviceTree::removeCurrent()
     ++m_generation;
     const QScopedValueRollback loading(m_loading, true);
     Node *parent = node->parentNode();
-    QList<Node *> doomed{node};
+    QList<Node *> doomed { node };
     for (int i = 0; i < doomed.size(); ++i) {
         Node *victim = doomed.at(i);
-        m_nodes.remove({victim->level, victim->key});
+        m_nodes.remove({ victim->level, victim->key });
         for (int child = 0; child < victim->childCount(); ++child)
             doomed.append(static_cast<Node *>(victim->child(child)));
     }
@@ -396,6 +406,13 @@ void DeviceTree::onItemClicked()
     // A press that moved the selection has filled the list already.
     if (!std::exchange(m_clickedByPress, false))
         clickCurrent();
+}
+
+void DeviceTree::resizeEvent(QResizeEvent *event)
+{
+    // A short list of short names still fills the pane, so that the selection does.
+    header()->setMinimumSectionSize(viewport()->width());
+    QTreeWidget::resizeEvent(event);
 }
 
 void DeviceTree::mousePressEvent(QMouseEvent *event)

@@ -7,8 +7,8 @@
 #include <QSet>
 #include <QTreeWidget>
 
-/** tvTreeView: groups, their devices and each device's checks under one root. The database is the truth; the tree
-    keeps nothing but nodes, their expansion and the selection. */
+/** tvTreeView: groups, their devices and each device's checks under one root. The database is the truth; the
+   tree keeps nothing but nodes, their expansion and the selection. */
 class DeviceTree : public QTreeWidget
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ public:
     /** Rebuilds the whole tree and makes every check forget its pending report.
         Expansion and selection are found again by key. Errors end in ErrorHandler. */
     void Load_TreeView();
-    /** Repaints images and expansion of the nodes; adds and removes nothing. Breathes between devices, and stops when
-        the tree was reloaded or edited meanwhile, since it then shows the database already. */
+    /** Repaints images and expansion of the nodes; adds and removes nothing. Breathes between devices, and
+       stops when the tree was reloaded or edited meanwhile, since it then shows the database already. */
     Task<void> Refresh_TreeView_Icons();
 
     NodeLevel currentLevel() const;
@@ -46,6 +46,7 @@ signals:
     void NodeClick(NodeLevel level, const QString &key);
 
 protected:
+    void resizeEvent(QResizeEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
 
 private:

@@ -2,7 +2,8 @@
 
 #include "ui/NodeKeys.h"
 
-/** What the window needs of the rooms that edit monitored objects. A build without them shows no such command. */
+/** What the window needs of the rooms that edit monitored objects. A build without them shows no such
+ * command. */
 class Editors
 {
 public:

@@ -2,7 +2,8 @@
 
 #include <QFrame>
 
-/** One line of plain text that gives way to its neighbours: what does not fit ends in "…" and stands in the tip. */
+/** One line of plain text that gives way to its neighbours: what does not fit ends in "…" and stands in the
+ * tip. */
 class ElidedLabel : public QFrame
 {
     Q_OBJECT
@@ -10,6 +11,8 @@ public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 
     void setText(const QString &text);
+    /** A thin line at the left edge, apart from the neighbour. */
+    void setDivided(bool divided);
     const QString &text() const { return m_text; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -19,4 +22,5 @@ protected:
 
 private:
     QString m_text;
+    bool m_divided = false;
 };

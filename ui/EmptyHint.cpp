@@ -8,7 +8,9 @@ namespace {
 constexpr int kMargin = 16;
 }
 
-EmptyHint::EmptyHint(QAbstractItemView &view, const QString &text) : QLabel(text, view.viewport()), m_view(view)
+EmptyHint::EmptyHint(QAbstractItemView &view, const QString &text)
+    : QLabel(text, view.viewport())
+    , m_view(view)
 {
     setAlignment(Qt::AlignCenter);
     setWordWrap(true);

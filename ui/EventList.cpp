@@ -19,7 +19,9 @@ int iconOf(const dao::Value &value) { return value.isNull() ? 0 : int(value.inte
 
 } // namespace
 
-EventList::EventList(QWidget *parent) : QTreeView(parent), m_model(new EventListModel(this))
+EventList::EventList(QWidget *parent)
+    : QTreeView(parent)
+    , m_model(new EventListModel(this))
 {
     setObjectName(u"lvEventView"_s);
     setAccessibleName(tr("Event list"));
@@ -29,7 +31,7 @@ EventList::EventList(QWidget *parent) : QTreeView(parent), m_model(new EventList
     setAllColumnsShowFocus(true);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setTextElideMode(Qt::ElideRight);
-    setIconSize({kIcon, kIcon});
+    setIconSize({ kIcon, kIcon });
     header()->setHighlightSections(false);
 }
 
@@ -45,8 +47,8 @@ void EventList::Load_EventLog()
         QList<EventRow> rows;
         auto found = db().OpenRecordset(u"Select * FROM tblEventLog ORDER BY Event_Date"_s);
         for (; !found.Eof(); found.MoveNext()) {
-            rows.append({iconOf(found.Field(u"Event_Icon"_s)), found.Field(u"Event_Date"_s).dateTime(),
-                         found.Field(u"Event_Type"_s).text(), found.Field(u"Event"_s).text()});
+            rows.append({ iconOf(found.Field(u"Event_Icon"_s)), found.Field(u"Event_Date"_s).dateTime(),
+                found.Field(u"Event_Type"_s).text(), found.Field(u"Event"_s).text() });
         }
         found.Close();
         m_model->fill(std::move(rows));
@@ -82,7 +84,7 @@ void EventList::showEvent(QShowEvent *event)
 void EventList::sizeColumns()
 {
     const QFontMetrics metrics = fontMetrics();
-    const QString date = GeneralDate(QDateTime({2000, 12, 28}, {22, 58, 58}));
+    const QString date = GeneralDate(QDateTime({ 2000, 12, 28 }, { 22, 58, 58 }));
     setColumnWidth(0, metrics.horizontalAdvance(date) + kIcon + 2 * kCellMargin);
     setColumnWidth(1, metrics.horizontalAdvance(u"SMTP Error"_s) + 2 * kCellMargin);
 }

@@ -11,7 +11,7 @@ enum Column { DateColumn, TypeColumn, MessageColumn, ColumnCount };
 
 const QStringList &columnNames()
 {
-    static const QStringList names{u"Date/Time"_s, u"Type"_s, u"Message"_s};
+    static const QStringList names { u"Date/Time"_s, u"Type"_s, u"Message"_s };
     return names;
 }
 
@@ -31,9 +31,15 @@ void EventListModel::append(const EventRow &row)
     endInsertRows();
 }
 
-int EventListModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : int(m_rows.size()); }
+int EventListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_rows.size());
+}
 
-int EventListModel::columnCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : ColumnCount; }
+int EventListModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
 
 QString EventListModel::cell(const EventRow &row, int column)
 {

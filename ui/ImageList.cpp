@@ -6,7 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-// A static library's resources are dropped by the linker unless somebody names them; must stand outside namespaces.
+// A static library's resources are dropped by the linker unless somebody names them; must stand outside
+// namespaces.
 static void initImages() { Q_INIT_RESOURCE(images); }
 
 namespace {
@@ -19,7 +20,11 @@ const QIcon &cached(const QString &file)
     const auto found = icons.constFind(file);
     if (found != icons.constEnd())
         return *found;
-    return *icons.insert(file, QIcon(u":/images/"_s + file));
+    const QString path = u":/images/"_s + file;
+    QIcon icon(path);
+    icon.addFile(
+        path, {}, QIcon::Selected); // a tinted picture would hide the state of the very row that is selected
+    return *icons.insert(file, icon);
 }
 
 const QIcon &nothing()

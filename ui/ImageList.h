@@ -3,7 +3,8 @@
 #include <QIcon>
 #include <QString>
 
-/** The program's pictures by their database codes. Each is loaded once; SVG, so sharp at every size and density. */
+/** The program's pictures by their database codes. Each is loaded once; SVG, so sharp at every size and
+ * density. */
 class ImageList
 {
 public:

@@ -20,7 +20,8 @@ InstanceLock::~InstanceLock()
 
 QString InstanceLock::filePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/kavro2000/instance.lock"_s;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + u"/kavro2000/instance.lock"_s;
 }
 
 bool InstanceLock::acquire()

@@ -11,7 +11,8 @@ public:
     InstanceLock(const InstanceLock &) = delete;
     InstanceLock &operator=(const InstanceLock &) = delete;
 
-    /** False when another copy holds the lock. Where no lock file can be made nobody can tell, and the answer is true. */
+    /** False when another copy holds the lock. Where no lock file can be made nobody can tell, and the answer
+     * is true. */
     bool acquire();
     static QString filePath();
 

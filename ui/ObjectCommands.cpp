@@ -19,7 +19,7 @@ namespace {
 bool confirmed(const QString &question)
 {
     return vbMain().dialogs->messageBox(question, AppTitle(), Dialogs::Question, Dialogs::YesNo)
-           == Dialogs::AnswerYes;
+        == Dialogs::AnswerYes;
 }
 
 void logInformation(const QString &message) { WriteLog(message, u"Information"_s, 0, 0); }
@@ -32,7 +32,7 @@ void CommandHandlers::viewLog()
     if (!QFileInfo::exists(path)) {
         vbMain().dialogs->messageBox(u"The Log Files you specified does not exist or is corrupt ."
                                      "\r\nPlease re-define a log file from the options menu."_s,
-                                     AppTitle(), Dialogs::Exclamation, Dialogs::Ok);
+            AppTitle(), Dialogs::Exclamation, Dialogs::Ok);
         return;
     }
     ShellOpen(u"file://"_s + path);
@@ -58,8 +58,8 @@ void CommandHandlers::clearEventLog()
     if (!confirmed(u"You are sure you want to delete the contents of the event log."_s))
         return;
     db().Execute(u"DELETE * FROM tblEventLog"_s);
-    const QString result =
-        QString::number(db().RecordsAffected()) + u" entries were deleted from the event log."_s;
+    const QString result
+        = QString::number(db().RecordsAffected()) + u" entries were deleted from the event log."_s;
     m_parts.events.Load_EventLog();
     vbMain().dialogs->messageBox(result, AppTitle(), Dialogs::Information, Dialogs::Ok);
     logInformation(result);
@@ -68,7 +68,7 @@ void CommandHandlers::clearEventLog()
 void CommandHandlers::clearRegistry()
 {
     if (confirmed(u"Are you sure you want to clear of the registry entries associated with "_s + AppTitle()
-                  + u'?')) {
+            + u'?')) {
         for (const char *section : Settings::sections())
             DeleteSetting(QString::fromLatin1(section));
     }
@@ -94,12 +94,13 @@ void CommandHandlers::deleteDevice()
     const QString id = keys::before(m_parts.tree.currentKey());
     if (!confirmed(u"You are about to delete "_s + m_parts.tree.currentText() + u".\r\nAre you sure?"_s))
         return;
-    db().Execute(u"DELETE tblDevices.*, tblPortMain.*, tblPortStatus.*, tblPortEmailTemplate.*"
-                 " FROM tblDevices LEFT JOIN(tblPortMain LEFT JOIN(tblPortStatus LEFT JOIN tblPortEmailTemplate"
-                 " ON tblPortStatus.Device_ID = tblPortEmailTemplate.Device_ID)"
-                 " ON tblPortMain.Device_ID = tblPortStatus.Device_ID)"
-                 " ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = "_s
-                 + id);
+    db().Execute(
+        u"DELETE tblDevices.*, tblPortMain.*, tblPortStatus.*, tblPortEmailTemplate.*"
+        " FROM tblDevices LEFT JOIN(tblPortMain LEFT JOIN(tblPortStatus LEFT JOIN tblPortEmailTemplate"
+        " ON tblPortStatus.Device_ID = tblPortEmailTemplate.Device_ID)"
+        " ON tblPortMain.Device_ID = tblPortStatus.Device_ID)"
+        " ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = "_s
+        + id);
     m_parts.tree.removeCurrent();
     m_parts.tree.Load_TreeView();
     m_parts.tree.clickCurrent();
@@ -109,13 +110,13 @@ void CommandHandlers::deletePort()
 {
     const QString key = m_parts.tree.currentKey();
     if (!confirmed(u"You are about to delete port "_s + keys::after(key) + u" from "_s
-                   + m_parts.tree.currentParentText() + u".\r\nAre you sure?"_s))
+            + m_parts.tree.currentParentText() + u".\r\nAre you sure?"_s))
         return;
     db().Execute(u"DELETE tblPortMain.*, tblPortStatus.*, tblPortEmailTemplate.*"
                  " FROM tblPortMain INNER JOIN(tblPortStatus LEFT JOIN tblPortEmailTemplate"
                  " ON tblPortStatus.Port_ID = tblPortEmailTemplate.Port_ID)"
                  " ON tblPortMain.Port_ID = tblPortStatus.Port_ID WHERE tblPortMain.Device_ID = "_s
-                 + keys::before(key) + u" AND tblPortMain.Port_Num = '"_s + keys::after(key) + u"'"_s);
+        + keys::before(key) + u" AND tblPortMain.Port_Num = '"_s + keys::after(key) + u"'"_s);
     m_parts.tree.removeCurrent();
     m_parts.list.Update_Ports(m_parts.tree.currentKey());
 }
@@ -136,8 +137,8 @@ void CommandHandlers::DisableDevice(const QString &key, const QString &text)
         const int portCode = disabled ? status::PortDisabled : status::PortOk;
         const int deviceCode = disabled ? status::DeviceDisabled : status::DeviceOk;
         db().Execute(u"UPDATE tblPortStatus Set Port_Status = '"_s + text + u"', Port_Icon = "_s
-                     + QString::number(portCode) + u" where Device_ID = "_s + id);
+            + QString::number(portCode) + u" where Device_ID = "_s + id);
         db().Execute(u"UPDATE tblDevices Set Device_Status = '"_s + text + u"', Device_Icon = "_s
-                     + QString::number(deviceCode) + u" where Device_ID = "_s + id);
+            + QString::number(deviceCode) + u" where Device_ID = "_s + id);
     });
 }

@@ -10,12 +10,13 @@ namespace {
 constexpr int kEdgeTwips = 1500;
 }
 
-Panes::Panes(QWidget *left, QWidget *right, QWidget *parent) : QSplitter(Qt::Horizontal, parent)
+Panes::Panes(QWidget *left, QWidget *right, QWidget *parent)
+    : QSplitter(Qt::Horizontal, parent)
 {
     setObjectName(u"splSplitter"_s);
     setAccessibleName(tr("Splitter"));
     setChildrenCollapsible(false);
-    for (QWidget *pane : {left, right}) {
+    for (QWidget *pane : { left, right }) {
         pane->setMinimumWidth(pixelsFromTwips(kEdgeTwips));
         addWidget(pane);
     }
@@ -30,7 +31,7 @@ void Panes::setPosition(double twips)
     apply();
 }
 
-int Panes::position() const { return twipsFromPixels(isVisible() ? sizes().value(0) : m_wanted); }
+int Panes::position() const { return isVisible() ? sizes().value(0) : m_wanted; }
 
 void Panes::resizeEvent(QResizeEvent *event)
 {
@@ -43,5 +44,5 @@ void Panes::apply()
     const int edge = pixelsFromTwips(kEdgeTwips);
     const int most = std::max(edge, width() - handleWidth() - edge);
     const int left = std::clamp(m_wanted, edge, most);
-    setSizes({left, std::max(edge, width() - handleWidth() - left)});
+    setSizes({ left, std::max(edge, width() - handleWidth() - left) });
 }

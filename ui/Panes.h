@@ -9,9 +9,9 @@ class Panes : public QSplitter
 public:
     Panes(QWidget *left, QWidget *right, QWidget *parent = nullptr);
 
-    /** The divider's distance from the left edge, in twips; corrected when it is too near to an edge. */
+    /** The divider's distance from the left edge; corrected when it is too near to an edge. */
     void setPosition(double twips);
-    int position() const;
+    int position() const; // pixels
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -2,13 +2,17 @@
 
 #include "core/vbMain.h"
 #include "monitor/CheckCycle.h"
+#include "ui/ImageList.h"
 #include "ui/TerminationSignals.h"
 #include "ui/frmMain.h"
 #include "ui/frmSplash.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
-bool isHeadless() { return qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"); }
+bool isHeadless()
+{
+    return qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
 
 void choosePlatform()
 {
@@ -16,7 +20,12 @@ void choosePlatform()
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
-Start::Start(Editors *editors, TerminalEcho *echo) : m_editors(editors), m_echo(echo) {}
+Start::Start(Editors *editors, TerminalEcho *echo)
+    : m_editors(editors)
+    , m_echo(echo)
+{
+    QApplication::setWindowIcon(ImageList::application());
+}
 
 Start::~Start()
 {
@@ -47,8 +56,8 @@ void Start::createMainWindow()
     vbMain().window = m_window.get();
     QObject::connect(m_window.get(), &frmMain::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     m_signals = std::make_unique<TerminationSignals>();
-    QObject::connect(m_signals.get(), &TerminationSignals::received, m_window.get(),
-                     &frmMain::closeWithoutQuestion);
+    QObject::connect(
+        m_signals.get(), &TerminationSignals::received, m_window.get(), &frmMain::closeWithoutQuestion);
 }
 
 Task<void> Start::loadMainWindow()

@@ -13,7 +13,8 @@ class frmSplash;
 
 /** Whether the session has no display at all. */
 bool isHeadless();
-/** Without a display the program runs on a platform that needs none. Call before the application object is made. */
+/** Without a display the program runs on a platform that needs none. Call before the application object is
+ * made. */
 void choosePlatform();
 
 /** Splash screen and main window for the start-up. */

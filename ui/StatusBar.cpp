@@ -16,14 +16,15 @@ struct PanelLooks {
     int stretch;
 };
 constexpr PanelLooks kPanels[StatusBar::PanelCount] = {
-    {QT_TRANSLATE_NOOP("StatusBar", "Progress"), "sbPanelProgress"_L1, 5},
-    {QT_TRANSLATE_NOOP("StatusBar", "Announcement"), "sbPanelAnnouncement"_L1, 4},
-    {QT_TRANSLATE_NOOP("StatusBar", "State"), "sbPanelReady"_L1, 2},
+    { QT_TRANSLATE_NOOP("StatusBar", "Progress"), "sbPanelProgress"_L1, 5 },
+    { QT_TRANSLATE_NOOP("StatusBar", "Announcement"), "sbPanelAnnouncement"_L1, 4 },
+    { QT_TRANSLATE_NOOP("StatusBar", "State"), "sbPanelReady"_L1, 2 },
 };
 
 } // namespace
 
-StatusBar::StatusBar(QWidget *parent) : QStatusBar(parent)
+StatusBar::StatusBar(QWidget *parent)
+    : QStatusBar(parent)
 {
     setObjectName(u"sbStatusBar"_s);
     setAccessibleName(tr("Status bar"));
@@ -31,6 +32,7 @@ StatusBar::StatusBar(QWidget *parent) : QStatusBar(parent)
         auto *label = new ElidedLabel(this);
         label->setObjectName(kPanels[panel].objectName);
         label->setAccessibleName(tr(kPanels[panel].name));
+        label->setDivided(panel > 0);
         addWidget(label, kPanels[panel].stretch);
         m_labels[panel] = label;
     }

@@ -6,8 +6,8 @@
 
 class ElidedLabel;
 
-/** sbStatusBar: three panels. A text is stored at once and painted at the screen's pace, because progress texts come
-    up to 20,000 times a second. */
+/** sbStatusBar: three panels. A text is stored at once and painted at the screen's pace, because progress
+   texts come up to 20,000 times a second. */
 class StatusBar : public QStatusBar
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ protected:
 private:
     void paintTexts();
     std::array<QString, PanelCount> m_texts;
-    std::array<ElidedLabel *, PanelCount> m_labels{};
+    std::array<ElidedLabel *, PanelCount> m_labels {};
     QBasicTimer m_paint;
     int m_paints = 0;
 };

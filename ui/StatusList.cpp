@@ -23,21 +23,24 @@ constexpr int kWidestColumn = 280;
 
 const QStringList &nodeColumns()
 {
-    static const QStringList columns{u"Name"_s, u"Type"_s, u"Description"_s, u"Status"_s};
+    static const QStringList columns { u"Name"_s, u"Type"_s, u"Description"_s, u"Status"_s };
     return columns;
 }
 
 const QStringList &portColumns()
 {
-    static const QStringList columns = nodeColumns() + QStringList{u"Last Error"_s, u"Summary"_s};
+    static const QStringList columns = nodeColumns() + QStringList { u"Last Error"_s, u"Summary"_s };
     return columns;
 }
 
 } // namespace
 
 StatusList::StatusList(QWidget *parent)
-    : QStackedWidget(parent), m_model(new StatusListModel(this)), m_sorted(new StatusSortModel(this)),
-      m_details(new QTreeView(this)), m_icons(new QListView(this))
+    : QStackedWidget(parent)
+    , m_model(new StatusListModel(this))
+    , m_sorted(new StatusSortModel(this))
+    , m_details(new QTreeView(this))
+    , m_icons(new QListView(this))
 {
     setObjectName(u"lvListView"_s);
     setAccessibleName(tr("Status list"));
@@ -48,7 +51,8 @@ StatusList::StatusList(QWidget *parent)
     m_icons->setSelectionModel(m_selection);
     setUpDetails();
     setUpIcons();
-    for (QAbstractItemView *each : {static_cast<QAbstractItemView *>(m_details), static_cast<QAbstractItemView *>(m_icons)})
+    for (QAbstractItemView *each :
+        { static_cast<QAbstractItemView *>(m_details), static_cast<QAbstractItemView *>(m_icons) })
         setUpView(*each);
     connect(m_selection, &QItemSelectionModel::currentChanged, this, &StatusList::currentRowChanged);
     connect(m_sorted, &QAbstractItemModel::modelReset, this, &StatusList::currentRowChanged);
@@ -62,7 +66,7 @@ void StatusList::setUpDetails()
     m_details->setUniformRowHeights(true);
     m_details->setAlternatingRowColors(true);
     m_details->setAllColumnsShowFocus(true);
-    m_details->setIconSize({kSmallIcon, kSmallIcon});
+    m_details->setIconSize({ kSmallIcon, kSmallIcon });
     QHeaderView *header = m_details->header();
     header->setSortIndicatorClearable(true); // a third click brings back the database's order
     header->setSortIndicator(-1, Qt::AscendingOrder);
@@ -74,7 +78,6 @@ void StatusList::setUpIcons()
 {
     m_icons->setObjectName(u"lvListViewIcons"_s);
     m_icons->setResizeMode(QListView::Adjust);
-    m_icons->setUniformItemSizes(true);
     m_icons->setModelColumn(0);
 }
 
@@ -91,7 +94,7 @@ void StatusList::setUpView(QAbstractItemView &each)
     addWidget(&each);
     connect(&each, &QAbstractItemView::activated, this, &StatusList::activate);
     connect(&each, &QWidget::customContextMenuRequested, this,
-            [this, &each](const QPoint &pos) { emit contextMenuWanted(each.viewport()->mapToGlobal(pos)); });
+        [this, &each](const QPoint &pos) { emit contextMenuWanted(each.viewport()->mapToGlobal(pos)); });
 }
 
 // Fills
@@ -104,35 +107,34 @@ void StatusList::Update_Groups()
 void StatusList::Update_Devices(const QString &key)
 {
     Trap("Update_Devices",
-         [&] { show(NodeLevel::Group, key, nodeColumns(), rows::devices(keys::after(key))); });
+        [&] { show(NodeLevel::Group, key, nodeColumns(), rows::devices(keys::after(key))); });
 }
 
 void StatusList::Update_Ports(const QString &key)
 {
-    Trap("Update_Ports", [&] { show(NodeLevel::Device, key, portColumns(), rows::ports(keys::before(key))); });
+    Trap(
+        "Update_Ports", [&] { show(NodeLevel::Device, key, portColumns(), rows::ports(keys::before(key))); });
 }
 
 void StatusList::Update_Port(const QString &key)
 {
-    Trap("Update_Port", [&] {
-        show(NodeLevel::Port, key, portColumns(), rows::port(keys::before(key), keys::after(key)));
-    });
+    Trap("Update_Port",
+        [&] { show(NodeLevel::Port, key, portColumns(), rows::port(keys::before(key), keys::after(key))); });
 }
 
-void StatusList::show(NodeLevel shown, const QString &key, const QStringList &columns,
-                      const QList<StatusRow> &rows)
+void StatusList::show(
+    NodeLevel shown, const QString &key, const QStringList &columns, const QList<StatusRow> &rows)
 {
     const bool sameNode = m_shown == std::pair(shown, key);
-    const bool sameColumns = m_model->columns() == columns;
     const StatusRow before = currentRow();
     const int scrolled = view()->verticalScrollBar()->value();
     m_model->fill(columns, rows);
-    m_shown = {shown, key};
-    if (!sameColumns)
-        sizeColumns();
+    m_shown = { shown, key };
     sizeCells();
-    if (!sameNode)
+    if (!sameNode) {
+        sizeColumns();
         return;
+    }
     // The same list after a check: the operator keeps the place.
     const QList<StatusRow> now = shownRows();
     for (int i = 0; i < now.size(); ++i) {
@@ -146,7 +148,8 @@ void StatusList::sizeColumns()
 {
     for (int column = 0; column < m_sorted->columnCount() - 1; ++column) {
         m_details->resizeColumnToContents(column);
-        m_details->setColumnWidth(column, qBound(kNarrowestColumn, m_details->columnWidth(column), kWidestColumn));
+        m_details->setColumnWidth(
+            column, qBound(kNarrowestColumn, m_details->columnWidth(column), kWidestColumn));
     }
 }
 
@@ -155,15 +158,15 @@ void StatusList::sizeCells()
 {
     const QFontMetrics metrics = m_icons->fontMetrics();
     if (m_mode == ViewMode::LargeIcons) {
-        m_icons->setGridSize({metrics.averageCharWidth() * kLargeCellChars + kCellMargin,
-                              kLargeIcon + 2 * metrics.lineSpacing() + 2 * kCellMargin});
+        m_icons->setGridSize({ metrics.averageCharWidth() * kLargeCellChars + kCellMargin,
+            kLargeIcon + 2 * metrics.lineSpacing() + 2 * kCellMargin });
         return;
     }
     int widest = kNarrowestColumn;
     for (int row = 0; row < m_sorted->rowCount(); ++row)
         widest = qMax(widest, metrics.horizontalAdvance(m_sorted->index(row, 0).data().toString()));
-    m_icons->setGridSize({qMin(widest, kWidestCell) + kSmallIcon + 2 * kCellMargin,
-                          qMax(kSmallIcon, metrics.height()) + kCellMargin / 2});
+    m_icons->setGridSize({ qMin(widest, kWidestCell) + kSmallIcon + 2 * kCellMargin,
+        qMax(kSmallIcon, metrics.height()) + kCellMargin / 2 });
 }
 
 // Styles
@@ -180,7 +183,7 @@ void StatusList::setViewMode(ViewMode mode)
     m_icons->setResizeMode(QListView::Adjust);
     m_icons->setWordWrap(large);
     const int size = large ? kLargeIcon : kSmallIcon;
-    m_icons->setIconSize({size, size});
+    m_icons->setIconSize({ size, size });
     sizeCells();
     setCurrentWidget(view());
     setFocusProxy(view());
@@ -215,8 +218,8 @@ StatusRow StatusList::currentRow() const
 
 void StatusList::selectRow(int shownRow)
 {
-    m_selection->setCurrentIndex(m_sorted->index(shownRow, 0),
-                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_selection->setCurrentIndex(
+        m_sorted->index(shownRow, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void StatusList::activate(const QModelIndex &index)

@@ -63,5 +63,5 @@ private:
     QListView *m_icons;
     QItemSelectionModel *m_selection;
     ViewMode m_mode = ViewMode::LargeIcons;
-    std::pair<NodeLevel, QString> m_shown{NodeLevel::None, {}};
+    std::pair<NodeLevel, QString> m_shown { NodeLevel::None, {} };
 };

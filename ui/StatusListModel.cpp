@@ -12,7 +12,10 @@ void StatusListModel::fill(const QStringList &columns, const QList<StatusRow> &r
     endResetModel();
 }
 
-int StatusListModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : int(m_rows.size()); }
+int StatusListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_rows.size());
+}
 
 int StatusListModel::columnCount(const QModelIndex &parent) const
 {
@@ -65,7 +68,16 @@ Qt::ItemFlags StatusListModel::flags(const QModelIndex &index) const
     return QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
 }
 
-StatusSortModel::StatusSortModel(QObject *parent) : QSortFilterProxyModel(parent)
+/** Without a language the collator compares bytes and knows no numbers. */
+static QLocale sortingLocale()
+{
+    const QLocale system = QLocale::system();
+    return system.language() == QLocale::C ? QLocale(QLocale::English) : system;
+}
+
+StatusSortModel::StatusSortModel(QObject *parent)
+    : QSortFilterProxyModel(parent)
+    , m_collator(sortingLocale())
 {
     m_collator.setNumericMode(true);
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);

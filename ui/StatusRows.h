@@ -25,7 +25,8 @@ QList<StatusRow> devices(const QString &groupId);
 QList<StatusRow> ports(const QString &deviceId);
 QList<StatusRow> port(const QString &deviceId, const QString &portNum);
 
-/** "39/40 (97.50%)"; the percentage is rounded half up to two decimals, and 0.00% when nothing was counted. */
+/** "39/40 (97.50%)"; the percentage is rounded half up to two decimals, and 0.00% when nothing was counted.
+ */
 QString successSummary(qint64 success, qint64 failure);
 
 } // namespace rows

@@ -1,5 +1,6 @@
 #include "ui/TerminalEcho.h"
 
+#include <QRegularExpression>
 #include <QTimerEvent>
 
 #include <cstdio>
@@ -20,7 +21,8 @@ void writeToTerminal(const QString &line)
 } // namespace
 
 TerminalEcho::TerminalEcho(std::function<void(const QString &)> write, QObject *parent)
-    : QObject(parent), m_write(write ? std::move(write) : writeToTerminal)
+    : QObject(parent)
+    , m_write(write ? std::move(write) : writeToTerminal)
 {
 }
 
@@ -75,5 +77,6 @@ void TerminalEcho::flush()
 
 void TerminalEcho::tell(QLatin1StringView label, const QString &text)
 {
-    m_write(label + text.simplified());
+    static const QRegularExpression breaks(u"[\\r\\n\\t]+"_s);
+    m_write(label + QString(text).replace(breaks, u" "_s));
 }

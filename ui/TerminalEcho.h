@@ -5,8 +5,9 @@
 #include <QObject>
 #include <functional>
 
-/** Tells on a terminal what the window would show, one line each, while there is no display. All is told at once;
-    only progress texts that follow fast are thinned out to a few per second, but the last one of a burst never gets lost. */
+/** Tells on a terminal what the window would show, one line each, while there is no display. All is told at
+   once; only progress texts that follow fast are thinned out to a few per second, but the last one of a burst
+   never gets lost. */
 class TerminalEcho : public QObject
 {
     Q_OBJECT
@@ -30,6 +31,6 @@ private:
     std::function<void(const QString &)> m_write;
     QElapsedTimer m_lastStatus;
     QBasicTimer m_wait;
-    QString m_told;    // the status text that was told last
+    QString m_told; // the status text that was told last
     QString m_pending; // a newer one that waits
 };

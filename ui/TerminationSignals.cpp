@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr int kSignals[] = { SIGTERM, SIGINT, SIGHUP };
 volatile sig_atomic_t g_writeEnd = -1;
 
 // Only what a signal handler may do: one byte into a pipe.
@@ -22,13 +22,14 @@ void onSignal(int)
 
 } // namespace
 
-TerminationSignals::TerminationSignals(QObject *parent) : QObject(parent)
+TerminationSignals::TerminationSignals(QObject *parent)
+    : QObject(parent)
 {
     if (::pipe2(m_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
         return;
     g_writeEnd = m_pipe[1];
     connect(new QSocketNotifier(m_pipe[0], QSocketNotifier::Read, this), &QSocketNotifier::activated, this,
-            &TerminationSignals::drain);
+        &TerminationSignals::drain);
     struct sigaction action = {};
     action.sa_handler = onSignal;
     action.sa_flags = SA_RESTART;
@@ -50,7 +51,6 @@ TerminationSignals::~TerminationSignals()
 void TerminationSignals::drain()
 {
     char bytes[16];
-    while (::read(m_pipe[0], bytes, sizeof bytes) > 0) {
-    }
+    while (::read(m_pipe[0], bytes, sizeof bytes) > 0) { }
     emit received();
 }

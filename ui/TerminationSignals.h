@@ -15,5 +15,5 @@ signals:
 
 private:
     void drain();
-    int m_pipe[2] = {-1, -1};
+    int m_pipe[2] = { -1, -1 };
 };

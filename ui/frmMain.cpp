@@ -53,14 +53,29 @@ ViewMode storedViewMode()
     return ViewMode(std::clamp(mode, int(ViewMode::LargeIcons), int(ViewMode::Details)));
 }
 
+/** What was not moved keeps its stored value, which may lie between two pixels. */
+double twipsToSave(const QString &key, int pixels)
+{
+    const double stored = GetSettingNumber(u"Settings"_s, key);
+    return pixelsFromTwips(stored) == pixels ? stored : twipsFromPixels(pixels);
+}
+
 } // namespace
 
 frmMain::frmMain(Editors *editors, TerminalEcho *echo)
-    : m_editors(editors), m_echo(echo), m_tree(new DeviceTree(this)), m_list(new StatusList(this)),
-      m_events(new EventList(this)), m_views(new QComboBox(this)), m_lists(new QStackedWidget(this)),
-      m_panes(nullptr), m_toolBar(new QToolBar(this)), m_statusBar(new StatusBar(this)),
-      m_tray(new cKavroTray(this)), m_cycle(std::make_unique<CheckCycle>()),
-      m_shutdownTimer([] { desktop::closeWindowTitled(questionCaption()); })
+    : m_editors(editors)
+    , m_echo(echo)
+    , m_tree(new DeviceTree(this))
+    , m_list(new StatusList(this))
+    , m_events(new EventList(this))
+    , m_views(new QComboBox(this))
+    , m_lists(new QStackedWidget(this))
+    , m_panes(nullptr)
+    , m_toolBar(new QToolBar(this))
+    , m_statusBar(new StatusBar(this))
+    , m_tray(new cKavroTray(this))
+    , m_cycle(std::make_unique<CheckCycle>())
+    , m_shutdownTimer([] { desktop::closeWindowTitled(questionCaption()); })
 {
     setObjectName(u"frmMain"_s);
     setWindowIcon(ImageList::application());
@@ -75,7 +90,13 @@ frmMain::frmMain(Editors *editors, TerminalEcho *echo)
     updateCommands();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    // The views still talk while they are torn down; by then only a plain widget is left to listen.
+    for (QObject *part : { static_cast<QObject *>(m_tree), static_cast<QObject *>(m_list),
+             static_cast<QObject *>(m_views), static_cast<QObject *>(m_tray) })
+        part->disconnect(this);
+}
 
 // Building
 
@@ -106,7 +127,7 @@ void frmMain::makeBars()
     m_toolBar->setObjectName(u"tbToolBar"_s);
     m_toolBar->setAccessibleName(tr("Toolbar"));
     m_toolBar->setMovable(false);
-    m_toolBar->setIconSize({kToolIcon, kToolIcon});
+    m_toolBar->setIconSize({ kToolIcon, kToolIcon });
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     addToolBar(m_toolBar);
     setStatusBar(m_statusBar);
@@ -116,8 +137,8 @@ void frmMain::makeBars()
 
 void frmMain::makeCommands()
 {
-    m_handlers = std::make_unique<CommandHandlers>(
-        WindowParts{*this, *m_tree, *m_list, *m_events, *m_views, *m_toolBar, *m_statusBar, *m_cycle, m_editors});
+    m_handlers = std::make_unique<CommandHandlers>(WindowParts {
+        *this, *m_tree, *m_list, *m_events, *m_views, *m_toolBar, *m_statusBar, *m_cycle, m_editors });
     m_commands = new Commands(*m_handlers, *this, *m_tree, *m_list);
     m_commands->fillMenuBar(*menuBar());
     menuBar()->setAccessibleName(tr("Menu bar"));
@@ -172,7 +193,7 @@ void frmMain::Form_Load()
 Task<void> frmMain::fillHandler(Progress progress)
 {
     m_events->addColumns();
-    m_views->addItems({u"Status"_s, u"Event Viewer"_s});
+    m_views->addItems({ u"Status"_s, u"Event Viewer"_s });
     progress(u"Loading Database"_s);
     co_await waits::Yield();
     m_tree->Load_TreeView();
@@ -197,15 +218,18 @@ void frmMain::viewHandler()
 
 void frmMain::place(double left, double top, double width, double height)
 {
-    QRect wanted(pixelsFromTwips(left), pixelsFromTwips(top), pixelsFromTwips(width), pixelsFromTwips(height));
+    QRect wanted(
+        pixelsFromTwips(left), pixelsFromTwips(top), pixelsFromTwips(width), pixelsFromTwips(height));
     const QScreen *screen = QGuiApplication::screenAt(wanted.center());
     if (!screen)
         screen = QGuiApplication::primaryScreen();
     if (screen) {
         const QRect room = screen->availableGeometry();
         wanted.setSize(wanted.size().boundedTo(room.size()).expandedTo(minimumSizeHint()));
-        wanted.moveLeft(std::clamp(wanted.left(), room.left(), std::max(room.left(), room.right() - wanted.width())));
-        wanted.moveTop(std::clamp(wanted.top(), room.top(), std::max(room.top(), room.bottom() - wanted.height())));
+        wanted.moveLeft(
+            std::clamp(wanted.left(), room.left(), std::max(room.left(), room.right() - wanted.width())));
+        wanted.moveTop(
+            std::clamp(wanted.top(), room.top(), std::max(room.top(), room.bottom() - wanted.height())));
     }
     resize(wanted.size());
     move(wanted.topLeft());
@@ -312,7 +336,7 @@ void frmMain::setTrayImage(int image) { m_tray->SetPicture(ImageList::image(imag
 
 void frmMain::addEventRow(int icon, const QDateTime &when, const QString &type, const QString &message)
 {
-    m_events->addEventRow({icon, when, type, message});
+    m_events->addEventRow({ icon, when, type, message });
     if (m_echo)
         m_echo->event(GeneralDate(when) + u' ' + type + u"..."_s + message);
 }
@@ -345,9 +369,9 @@ bool frmMain::mayClose()
     const QScopedValueRollback asking(m_asking, true);
     m_shutdownTimer.setInterval(kQuestionTimeoutMs);
     m_shutdownTimer.setEnabled(true);
-    const Dialogs::Answer answer =
-        vbMain().dialogs->messageBox(u"You are about to exit the program.  Are you sure?"_s, questionCaption(),
-                                     Dialogs::Question, Dialogs::YesNoCancel);
+    const Dialogs::Answer answer
+        = vbMain().dialogs->messageBox(u"You are about to exit the program.  Are you sure?"_s,
+            questionCaption(), Dialogs::Question, Dialogs::YesNoCancel);
     m_shutdownTimer.setEnabled(false);
     return answer != Dialogs::AnswerNo;
 }
@@ -358,42 +382,83 @@ void frmMain::closeWithoutQuestion()
     hide();
 }
 
-void frmMain::unload() { closeWithoutQuestion(); }
+const std::array<frmMain::UnloadStep, 6> frmMain::kUnloadSteps = {
+    &frmMain::stopMonitoring,
+    &frmMain::logStop,
+    &frmMain::unloadCharacter,
+    &frmMain::unloadControls,
+    &frmMain::removeTrayIcon,
+    &frmMain::saveLayout,
+};
 
 void frmMain::Form_Unload()
 {
     if (std::exchange(m_unloaded, true))
         return;
     Trap("Form_Unload", [this] {
-        if (vbMain().monitoring) {
-            WriteLog(u"Force Shutdown Detected.  Program Stopped."_s, u"Information"_s, 0, 0);
-            setStatusText(u"Force Shutdown..."_s);
-            m_cycle->Monitor_Stop();
-        }
-        WriteLog(u"Program Stopped."_s, u"Information"_s, 0, 0);
-        if (vbMain().announcer)
-            vbMain().announcer->unloadCharacter();
-        m_cycle->unloadControls();
-        m_tray->Hide();
-        saveLayout();
+        for (const UnloadStep step : kUnloadSteps)
+            (this->*step)();
     });
     emit closed();
 }
 
-void frmMain::saveLayout() const
+/** The same after an unexpected error: the database may be what failed, and the other steps are still worth
+ * it. */
+void frmMain::unload()
+{
+    if (std::exchange(m_unloaded, true))
+        return;
+    for (const UnloadStep step : kUnloadSteps) {
+        try {
+            (this->*step)();
+        } catch (...) {
+            // The program ends because of an earlier error; that one has been reported.
+        }
+    }
+    hide();
+    emit closed();
+}
+
+void frmMain::stopMonitoring()
+{
+    if (!vbMain().monitoring)
+        return;
+    WriteLog(u"Force Shutdown Detected.  Program Stopped."_s, u"Information"_s, 0, 0);
+    setStatusText(u"Force Shutdown..."_s);
+    m_cycle->Monitor_Stop();
+}
+
+void frmMain::logStop() { WriteLog(u"Program Stopped."_s, u"Information"_s, 0, 0); }
+
+void frmMain::unloadCharacter()
+{
+    if (vbMain().announcer)
+        vbMain().announcer->unloadCharacter();
+}
+
+void frmMain::unloadControls() { m_cycle->unloadControls(); }
+
+void frmMain::removeTrayIcon() { m_tray->Hide(); }
+
+void frmMain::saveLayout()
 {
     // A window that was never placed has no layout worth keeping.
     if (vbMain().startFlag == 0)
         return;
     const bool plain = !isMinimized() && !isMaximized() && !isFullScreen();
-    const QRect normal = plain ? QRect(pos(), size()) : normalGeometry();
-    const std::pair<QLatin1StringView, int> values[] = {
-        {"MainLeft"_L1, twipsFromPixels(normal.left())},   {"MainTop"_L1, twipsFromPixels(normal.top())},
-        {"MainWidth"_L1, twipsFromPixels(normal.width())}, {"MainHeight"_L1, twipsFromPixels(normal.height())},
-        {"Splitter"_L1, m_panes->position()},              {"ViewMode"_L1, int(m_list->viewMode())},
+    // Positions are those of the frame, because that is what a window is placed by.
+    const QRect normal
+        = plain ? QRect(pos(), size()) : normalGeometry().translated(pos() - geometry().topLeft());
+    const std::pair<QLatin1StringView, int> lengths[] = {
+        { "MainLeft"_L1, normal.left() },
+        { "MainTop"_L1, normal.top() },
+        { "MainWidth"_L1, normal.width() },
+        { "MainHeight"_L1, normal.height() },
+        { "Splitter"_L1, m_panes->position() },
     };
-    for (const auto &[key, value] : values)
-        SaveSetting(u"Settings"_s, key, QString::number(value));
+    for (const auto &[key, pixels] : lengths)
+        SaveSetting(u"Settings"_s, key, QString::number(twipsToSave(key, pixels)));
+    SaveSetting(u"Settings"_s, u"ViewMode"_s, QString::number(int(m_list->viewMode())));
 }
 
 void frmMain::changeEvent(QEvent *event)

@@ -6,6 +6,7 @@
 
 #include <QBasicTimer>
 #include <QMainWindow>
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -90,7 +91,14 @@ private:
 
     bool mayClose();
     void Form_Unload();
-    void saveLayout() const;
+    void stopMonitoring();
+    void logStop();
+    void unloadCharacter();
+    void unloadControls();
+    void removeTrayIcon();
+    void saveLayout();
+    using UnloadStep = void (frmMain::*)();
+    static const std::array<UnloadStep, 6> kUnloadSteps;
     void hideBehindTray();
 
     Editors *m_editors;

@@ -29,8 +29,9 @@ void setTextColour(QLabel &label, QRgb colour)
 } // namespace
 
 frmSplash::frmSplash(QWidget *parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), m_status(new QLabel(this)),
-      m_version(new QLabel(u"Version "_s + AppVersion(), this))
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
+    , m_status(new QLabel(this))
+    , m_version(new QLabel(u"Version "_s + AppVersion(), this))
 {
     setObjectName(u"frmSplash"_s);
     setWindowTitle(AppTitle());

@@ -1,5 +1,7 @@
 #include "platform/dao/DateText.h"
 
+#include "platform/dao/DateFormatReader.h"
+
 #include <QRegularExpression>
 #include <QStringList>
 #include <cmath>
@@ -11,11 +13,6 @@ namespace dao {
 namespace {
 
 constexpr qint64 kSecondsPerDay = 86400;
-
-QDate dayZero()
-{
-    return QDate(1899, 12, 30);
-}
 
 /** Applies an edit to the format outside its quoted parts. */
 template <class F>
@@ -29,13 +26,16 @@ QString editFormat(const QString &format, F &&edit)
 
 /** The locale and its two formats, worked out once. */
 struct Formats {
-    explicit Formats(const QLocale &l) : locale(l)
+    explicit Formats(const QLocale &l)
+        : locale(l)
     {
         static const QRegularExpression years(u"y+"_s);
-        static const QRegularExpression zone(u"\\s*\\(?t+\\)?\\s*"_s);
-        date = editFormat(l.dateFormat(QLocale::ShortFormat), [](QString part) { return part.replace(years, u"yyyy"_s); });
-        time = editFormat(l.timeFormat(QLocale::LongFormat), [](QString part) { return part.replace(zone, u" "_s); })
-                   .trimmed();
+        static const QRegularExpression zone(u"[\\s,]*\\(?t+\\)?\\s*"_s);
+        date = editFormat(l.dateFormat(QLocale::ShortFormat),
+                          [](QString part) { return part.replace(years, u"yyyy"_s); });
+        time = editFormat(l.timeFormat(QLocale::LongFormat), [](QString part) {
+                   return part.replace(zone, u" "_s);
+               }).trimmed();
     }
     QLocale locale;
     QString date;
@@ -48,54 +48,34 @@ Formats &formats()
     return current;
 }
 
-/** Reading takes one digit where writing puts two. */
-QString loosened(const QString &format)
-{
-    static const QRegularExpression pairs(u"\\b(d|M|h|H|m|s)\\1\\b"_s);
-    return editFormat(format, [](QString part) { return part.replace(pairs, u"\\1"_s); });
-}
-
 std::optional<QDateTime> valid(const QDateTime &when)
 {
     return when.isValid() ? std::optional(when) : std::nullopt;
 }
 
-/** The locale's AM and PM words keep their dots: "10:00:00 a/m/" cannot be read. */
-QString restoreDayHalves(QString text)
-{
-    for (const QString &half : {formats().locale.amText(), formats().locale.pmText()}) {
-        QString slashed = half;
-        slashed.replace(u'.', u'/');
-        if (slashed != half)
-            text.replace(slashed, half, Qt::CaseInsensitive);
-    }
-    return text;
-}
+QString slashed(QString text) { return text.replace(u'.', u'/'); }
 
-QString slashed(QString text)
+std::optional<QDateTime> readBy(const QString &format, const QString &text)
 {
-    return text.replace(u'.', u'/');
+    return DateFormatReader(formats().locale, format, text).run();
 }
 
 /** The instant whose general date, as it is or with slashes for dots, is exactly this text. */
 std::optional<QDateTime> parseExactly(const QString &text)
 {
-    const Formats &f = formats();
-    const QString format = f.date + u' ' + f.time;
-    const QDateTime plain = f.locale.toDateTime(text, format);
-    if (plain.isValid() && generalDateText(plain) == text)
-        return plain;
-    const QDateTime dotted = f.locale.toDateTime(restoreDayHalves(text), slashed(format));
-    if (dotted.isValid() && slashed(generalDateText(dotted)) == text)
-        return dotted;
-    return {};
+    const auto when = readBy(formats().date + u' ' + formats().time, text);
+    if (!when)
+        return {};
+    const QString written = generalDateText(*when);
+    return written == text || slashed(written) == text ? when : std::nullopt;
 }
 
 /** Takes the time of day off the end of the text; false when there is a colon that is no time. */
 bool takeTime(QString &text, QTime &time)
 {
     static const QRegularExpression pattern(
-        u"(?:^|\\s)(\\d{1,2})(?::(\\d{1,2}))?(?::(\\d{1,2}))?\\s*(AM|PM)?$"_s, QRegularExpression::CaseInsensitiveOption);
+        u"(?:^|\\s)(\\d{1,2})(?::(\\d{1,2}))?(?::(\\d{1,2}))?\\s*(AM|PM)?$"_s,
+        QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = pattern.match(text);
     const bool isTime = match.hasMatch() && (!match.captured(2).isEmpty() || !match.captured(4).isEmpty());
     if (!isTime)
@@ -120,13 +100,6 @@ int monthByName(const QString &word)
     return 0;
 }
 
-QDate makeDate(int year, int month, int day)
-{
-    if (year < 100)
-        year += year < 30 ? 2000 : 1900;
-    return QDate(year, month, day);
-}
-
 QDate dateFromParts(const QStringList &parts)
 {
     int numbers[3] = {0, 0, 0};
@@ -145,18 +118,20 @@ QDate dateFromParts(const QStringList &parts)
     const int thisYear = QDate::currentDate().year();
     if (month > 0) {
         if (count == 2)
-            return numbers[0] > 31 ? makeDate(numbers[0], month, numbers[1]) : makeDate(numbers[1], month, numbers[0]);
-        return count == 1 ? (numbers[0] > 31 ? makeDate(numbers[0], month, 1) : makeDate(thisYear, month, numbers[0]))
-                          : QDate();
+            return numbers[0] > 31 ? dateOf(numbers[0], month, numbers[1])
+                                   : dateOf(numbers[1], month, numbers[0]);
+        return count == 1
+            ? (numbers[0] > 31 ? dateOf(numbers[0], month, 1) : dateOf(thisYear, month, numbers[0]))
+            : QDate();
     }
     if (count == 2)
-        return makeDate(thisYear, numbers[0], numbers[1]);
+        return dateOf(thisYear, numbers[0], numbers[1]);
     if (count != 3)
         return {};
     if (parts.front().size() == 4)
-        return makeDate(numbers[0], numbers[1], numbers[2]);
-    const QDate monthFirst = makeDate(numbers[2], numbers[0], numbers[1]);
-    return monthFirst.isValid() ? monthFirst : makeDate(numbers[2], numbers[1], numbers[0]);
+        return dateOf(numbers[0], numbers[1], numbers[2]);
+    const QDate monthFirst = dateOf(numbers[2], numbers[0], numbers[1]);
+    return monthFirst.isValid() ? monthFirst : dateOf(numbers[2], numbers[1], numbers[0]);
 }
 
 std::optional<QDateTime> parseJet(const QString &literal)
@@ -167,7 +142,7 @@ std::optional<QDateTime> parseJet(const QString &literal)
     if (text.isEmpty() || !takeTime(text, time))
         return {};
     if (text.isEmpty())
-        return QDateTime(dayZero(), time);
+        return QDateTime(oleDayZero(), time);
     const QStringList parts = text.split(separators, Qt::SkipEmptyParts);
     const QDate date = parts.size() > 3 ? QDate() : dateFromParts(parts);
     return date.isValid() ? valid(QDateTime(date, time)) : std::nullopt;
@@ -175,15 +150,9 @@ std::optional<QDateTime> parseJet(const QString &literal)
 
 } // namespace
 
-QLocale dateLocale()
-{
-    return formats().locale;
-}
+QLocale dateLocale() { return formats().locale; }
 
-void setDateLocale(const QLocale &locale)
-{
-    formats() = Formats(locale);
-}
+void setDateLocale(const QLocale &locale) { formats() = Formats(locale); }
 
 QString generalDateText(const QDateTime &when)
 {
@@ -199,15 +168,14 @@ std::optional<QDateTime> parseGeneralDate(const QString &text)
         return {};
     if (const auto exact = parseExactly(trimmed))
         return exact;
-    const QString date = loosened(f.date);
-    for (const QString &time : {loosened(f.time), u"H:m:s"_s, u"H:m"_s, u"h:m:s AP"_s, u"h:m AP"_s}) {
-        if (const QDateTime both = f.locale.toDateTime(trimmed, date + u' ' + time); both.isValid())
+    for (const QString &time : {f.time, u"H:m:s"_s, u"H:m"_s, u"h:m:s AP"_s, u"h:m AP"_s}) {
+        if (const auto both = readBy(f.date + u' ' + time, trimmed))
             return both;
-        if (const QTime alone = f.locale.toTime(trimmed, time); alone.isValid())
-            return QDateTime(dayZero(), alone);
+        if (const auto alone = readBy(time, trimmed))
+            return alone;
     }
-    if (const QDate alone = f.locale.toDate(trimmed, date); alone.isValid())
-        return valid(QDateTime(alone, QTime(0, 0)));
+    if (const auto alone = readBy(f.date, trimmed))
+        return alone;
     return parseJet(trimmed);
 }
 
@@ -220,8 +188,9 @@ std::optional<QDateTime> parseDateLiteral(const QString &text)
 double toOleDate(const QDateTime &when)
 {
     const qint64 ms = when.time().msecsSinceStartOfDay();
-    const qint64 seconds = dayZero().daysTo(when.date()) * kSecondsPerDay + (ms + 500) / 1000;
-    const qint64 day = seconds >= 0 ? seconds / kSecondsPerDay : -((-seconds + kSecondsPerDay - 1) / kSecondsPerDay);
+    const qint64 seconds = oleDayZero().daysTo(when.date()) * kSecondsPerDay + (ms + 500) / 1000;
+    const qint64 day
+        = seconds >= 0 ? seconds / kSecondsPerDay : -((-seconds + kSecondsPerDay - 1) / kSecondsPerDay);
     const double fraction = double(seconds - day * kSecondsPerDay) / kSecondsPerDay;
     return day >= 0 ? double(seconds) / kSecondsPerDay : double(day) - fraction;
 }
@@ -230,7 +199,7 @@ QDateTime fromOleDate(double days)
 {
     const double day = std::trunc(days);
     const qint64 seconds = std::llround(std::fabs(days - day) * kSecondsPerDay);
-    const QDate date = dayZero().addDays(qint64(day) + seconds / kSecondsPerDay);
+    const QDate date = oleDayZero().addDays(qint64(day) + seconds / kSecondsPerDay);
     return QDateTime(date, QTime(0, 0).addSecs(int(seconds % kSecondsPerDay)));
 }
 

@@ -1,7 +1,6 @@
 #include "platform/dao/RowWriter.h"
 
 #include "platform/dao/Convert.h"
-#include "platform/dao/DateText.h"
 #include "platform/dao/Errors.h"
 
 namespace dao {
@@ -25,24 +24,23 @@ Value readColumn(const sqlite::Statement &statement, int index, Kind kind)
     case Kind::Integer:
         return statement.integer(index);
     case Kind::Number:
+    case Kind::Date:
         return statement.number(index);
     case Kind::YesNo:
         return statement.integer(index) != 0;
-    case Kind::Date:
-        return fromOleDate(statement.number(index));
     default:
         return statement.text(index);
     }
 }
 
-void RowWriter::write(RowKeys &keys, const Assigned &assigned)
+void RowWriter::write(RowKeys &keys, const Assigned &assigned, bool isNew)
 {
     checkJoinColumns(assigned);
     RowKeys written = keys;
     const auto writeAll = [&] {
         for (const int from : m_plan.writeOrder) {
             const auto [first, last] = columnsOf(assigned, from);
-            if (first == last)
+            if (first == last && !(isNew && from == m_plan.writeOrder.front()))
                 continue;
             auto &key = written[size_t(from)];
             if (key)
@@ -108,8 +106,9 @@ qint64 RowWriter::add(int from, const RowKeys &keys, const Assigned &assigned)
         names += (names.isEmpty() ? "" : ", ") + quoteName(table.columns[size_t(column)].name);
         marks += marks.isEmpty() ? "?" : ", ?";
     }
-    sqlite::Use statement(
-        m_session.prepare("INSERT INTO " + table.sqlName + " (" + names + ") VALUES (" + marks + ')'));
+    sqlite::Use statement(m_session.prepare(
+        "INSERT INTO " + table.sqlName
+        + (names.isEmpty() ? QByteArray(" DEFAULT VALUES") : " (" + names + ") VALUES (" + marks + ')')));
     int i = 0;
     for (const auto &[column, value] : values)
         statement->bind(++i, value);
@@ -154,7 +153,8 @@ void RowWriter::remove(const RowKeys &keys)
         const Table &table = *m_plan.tables[size_t(*from)];
         m_session.beginWrite();
         {
-            sqlite::Use statement(m_session.prepare("DELETE FROM " + table.sqlName + " WHERE " + table.key + " = ?"));
+            sqlite::Use statement(
+                m_session.prepare("DELETE FROM " + table.sqlName + " WHERE " + table.key + " = ?"));
             statement->bind(1, Value(*key));
             statement->step();
         }

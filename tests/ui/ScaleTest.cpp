@@ -25,13 +25,21 @@ protected:
             world.addGroup(u"Group %1"_s.arg(group));
         int port = 0;
         for (int device = 1; device <= kDevices; ++device) {
-            world.sql(u"INSERT INTO tblDevices (Group_ID, Device_Name, Device_Alias, Device_Icon) VALUES (%1, 'host%2', '', %3)"_s
-                          .arg(device % 10 + 1).arg(device).arg(device % 3 ? 2 : 4));
+            world.sql(
+                u"INSERT INTO tblDevices (Group_ID, Device_Name, Device_Alias, Device_Icon) VALUES (%1, 'host%2', '', %3)"_s
+                    .arg(device % 10 + 1)
+                    .arg(device)
+                    .arg(device % 3 ? 2 : 4));
             for (int check = 0; check < kChecks; ++check, ++port) {
                 const QString number = check == 0 ? u"Ping"_s : QString::number(check);
-                world.sql(u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type) VALUES (%1, '%2', 'Port')"_s.arg(device).arg(number));
+                world.sql(
+                    u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type) VALUES (%1, '%2', 'Port')"_s
+                        .arg(device)
+                        .arg(number));
                 world.sql(u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Icon) VALUES (%1, %2, %3)"_s
-                              .arg(port + 1).arg(device).arg(check % 2 ? 5 : 7));
+                              .arg(port + 1)
+                              .arg(device)
+                              .arg(check % 2 ? 5 : 7));
             }
         }
         db().CommitPending();
@@ -99,7 +107,8 @@ TEST_F(Scale, ALongListFillsAndSortsAtOnce)
     world.sql(u"UPDATE tblDevices SET Group_ID = 1"_s);
     open();
     QElapsedTimer watch;
-    for (const ViewMode mode : {ViewMode::Details, ViewMode::LargeIcons, ViewMode::SmallIcons, ViewMode::List}) {
+    for (const ViewMode mode :
+        { ViewMode::Details, ViewMode::LargeIcons, ViewMode::SmallIcons, ViewMode::List }) {
         list().setViewMode(mode);
         watch.start();
         tree().selectNode(NodeLevel::Group, u"Group:1"_s);
@@ -113,4 +122,26 @@ TEST_F(Scale, ALongListFillsAndSortsAtOnce)
     QCoreApplication::processEvents();
     EXPECT_LE(watch.elapsed(), 200);
     EXPECT_EQ(list().shownRows().at(10).cells.first(), u"host10"_s);
+}
+
+TEST_F(Scale, ACycleFullOfEventsStaysSmooth)
+{
+    open();
+    trigger("mnuViewEventViewer");
+    QElapsedTimer watch;
+    qint64 gap = 0;
+    qint64 total = 0;
+    for (int i = 0; i < kDevices * kChecks; ++i) {
+        watch.restart();
+        window->addEventRow(
+            4, world.now, u"Failure"_s, u"host%1 port 80 failed because connection timed out."_s.arg(i));
+        if (i % 50 == 0)
+            QCoreApplication::processEvents();
+        gap = qMax(gap, watch.elapsed());
+        total += watch.nsecsElapsed() / 1000;
+    }
+    RecordProperty("events_us_each", int(total / (kDevices * kChecks)));
+    RecordProperty("events_longest_gap_ms", int(gap));
+    EXPECT_LE(gap, 50);
+    EXPECT_LE(total / (kDevices * kChecks), 1000);
 }

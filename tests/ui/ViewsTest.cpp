@@ -12,11 +12,12 @@ using namespace Qt::StringLiterals;
 class Views : public WindowWorld
 {
 protected:
-    SmallNetwork net{world};
+    SmallNetwork net { world };
 
     void status(int port, const QString &assignments)
     {
-        world.sql(u"UPDATE tblPortStatus SET "_s + assignments + u" WHERE Port_ID = "_s + QString::number(port));
+        world.sql(
+            u"UPDATE tblPortStatus SET "_s + assignments + u" WHERE Port_ID = "_s + QString::number(port));
     }
     void device(int id, const QString &assignments)
     {
@@ -31,19 +32,20 @@ TEST_F(Views, TreeShowsEveryLevelInOrder)
     device(net.plain, u"Device_Icon = 2"_s);
     status(net.port80, u"Port_Icon = 7, Port_Mode = -1, Port_Icon_Flag = -3"_s);
     open();
-    EXPECT_EQ(treeLines(), QStringList({
-                               u"Root | Monitored Devices | icon 1 | open"_s,
-                               u" Group:2 | Empty | icon 14"_s,
-                               u" Group:1 | Servers | icon 16 | open"_s,
-                               u"  2:plain.example | plain.example | icon 2"_s,
-                               u"  1:web.example | Web Server | icon 4 | open"_s,
-                               u"   1:80 | Port:80 | icon 7"_s,
-                               u"   1:9 | Port:9 | icon 5"_s,
-                               u"   1:Ping | Ping:Ping | icon 5"_s,
-                           }));
-    EXPECT_EQ(world.rows(u"Select DISTINCT Port_Mode, Port_Icon_Flag FROM tblPortStatus"_s),
-              QStringList(u"0|0"_s));
-    EXPECT_EQ(progress, QStringList({u"Loading Database"_s, u"Updating Display"_s, u"Loading Event Log"_s}));
+    EXPECT_EQ(treeLines(),
+        QStringList({
+            u"Root | Monitored Devices | icon 1 | open"_s,
+            u" Group:2 | Empty | icon 14"_s,
+            u" Group:1 | Servers | icon 16 | open"_s,
+            u"  2:plain.example | plain.example | icon 2"_s,
+            u"  1:web.example | Web Server | icon 4 | open"_s,
+            u"   1:80 | Port:80 | icon 7"_s,
+            u"   1:9 | Port:9 | icon 5"_s,
+            u"   1:Ping | Ping:Ping | icon 5"_s,
+        }));
+    EXPECT_EQ(distinct(u"Select Port_Mode, Port_Icon_Flag FROM tblPortStatus"_s), QStringList(u"0|0"_s));
+    EXPECT_EQ(
+        progress, QStringList({ u"Loading Database"_s, u"Updating Display"_s, u"Loading Event Log"_s }));
 }
 
 TEST_F(Views, EmptyDatabaseShowsOnlyTheOpenRoot)
@@ -60,9 +62,15 @@ TEST_F(Views, EmptyDatabaseShowsOnlyTheOpenRoot)
 
 TEST_F(Views, ExpansionOnLoadFollowsTheSetting)
 {
-    struct Row { const char *name; int icon; const char *setting; bool open; };
-    for (const Row &row : {Row{"fine", 2, "1", false}, Row{"recovered", 3, "1", true}, Row{"problems", 4, "1", true},
-                           Row{"disabled", 12, "1", true}, Row{"problems, switched off", 4, "0", false}}) {
+    struct Row {
+        const char *name;
+        int icon;
+        const char *setting;
+        bool open;
+    };
+    for (const Row &row :
+        { Row { "fine", 2, "1", false }, Row { "recovered", 3, "1", true }, Row { "problems", 4, "1", true },
+            Row { "disabled", 12, "1", true }, Row { "problems, switched off", 4, "0", false } }) {
         SCOPED_TRACE(row.name);
         SaveSetting(u"Options"_s, u"ExpandOnFailure"_s, QString::fromLatin1(row.setting));
         device(net.web, u"Device_Icon = "_s + QString::number(row.icon));
@@ -75,12 +83,22 @@ TEST_F(Views, ExpansionOnLoadFollowsTheSetting)
 
 TEST_F(Views, RefreshRepaintsAndOpensAndCloses)
 {
-    struct Row { const char *name; int icon; bool openBefore; const char *expand; const char *collapse; bool openAfter; };
+    struct Row {
+        const char *name;
+        int icon;
+        bool openBefore;
+        const char *expand;
+        const char *collapse;
+        bool openAfter;
+    };
     open();
-    for (const Row &row : {Row{"problems open", 4, false, "1", "1", true}, Row{"unless switched off", 4, false, "0", "1", false},
-                           Row{"recovered stays closed", 3, false, "1", "1", false}, Row{"and open", 3, true, "1", "1", true},
-                           Row{"disabled stays", 12, false, "1", "1", false}, Row{"fine closes", 2, true, "1", "1", false},
-                           Row{"unless switched off", 2, true, "1", "0", true}}) {
+    for (const Row &row :
+        { Row { "problems open", 4, false, "1", "1", true },
+            Row { "unless switched off", 4, false, "0", "1", false },
+            Row { "recovered stays closed", 3, false, "1", "1", false },
+            Row { "and open", 3, true, "1", "1", true }, Row { "disabled stays", 12, false, "1", "1", false },
+            Row { "fine closes", 2, true, "1", "1", false },
+            Row { "unless switched off", 2, true, "1", "0", true } }) {
         SCOPED_TRACE(row.name);
         SaveSetting(u"Options"_s, u"ExpandOnFailure"_s, u"0"_s);
         trigger("mnuViewRefresh");
@@ -151,38 +169,46 @@ TEST_F(Views, EveryClickFillsItsList)
 {
     device(net.web, u"Device_Status = 'Problems Detected', Device_Icon = 4"_s);
     world.sql(u"UPDATE tblGroup SET Group_Icon = 15 WHERE Group_ID = 1"_s);
-    status(net.ping, u"Port_Status = 'Connected', Port_Success = 10, Ping_Min = 1, Ping_Max = 3, Ping_Avg = 2"_s);
-    status(net.port80, u"Port_Status = 'Failed', Port_Icon = 7, Port_Last_Error = 'connection timed out',"
-                       " Port_Fail_Date = #3/14/2026 1:02:03 PM#, Port_Success = 39, Port_Failure = 1"_s);
-    status(net.port9, u"Port_Status = 'Recovered', Port_Icon = 6, Port_Rec_Date = #3/14/2026 1:02:03 PM#,"
-                      " Port_Success = 2, Port_Failure = 1"_s);
+    status(net.ping,
+        u"Port_Status = 'Connected', Port_Success = 10, Ping_Min = 1, Ping_Max = 3, Ping_Avg = 2"_s);
+    status(net.port80,
+        u"Port_Status = 'Failed', Port_Icon = 7, Port_Last_Error = 'connection timed out',"
+        " Port_Fail_Date = #3/14/2026 1:02:03 PM#, Port_Success = 39, Port_Failure = 1"_s);
+    status(net.port9,
+        u"Port_Status = 'Recovered', Port_Icon = 6, Port_Rec_Date = #3/14/2026 1:02:03 PM#,"
+        " Port_Success = 2, Port_Failure = 1"_s);
     open();
-    const QString date = GeneralDate(QDateTime({2026, 3, 14}, {13, 2, 3}));
-    const QString webRow = u"1:web.example | 4 | Web Server | Device | web.example description | Problems Detected"_s;
+    const QString date = GeneralDate(QDateTime({ 2026, 3, 14 }, { 13, 2, 3 }));
+    const QString webRow
+        = u"1:web.example | 4 | Web Server | Device | web.example description | Problems Detected"_s;
     const QString row80 = u"1:80 | 7 | Port:80 | Port | test check | Failed since "_s + date
-                          + u" | connection timed out | 39/40 (97.50%)"_s;
+        + u" | connection timed out | 39/40 (97.50%)"_s;
 
     select(NodeLevel::Root, u"Root"_s);
-    EXPECT_EQ(listLines(), QStringList({
-                               u"Group:2 | 14 | Empty | Group | Empty description | No Problems Detected"_s,
-                               u"Group:1 | 15 | Servers | Group | Servers description | Recovered"_s,
-                           }));
+    EXPECT_EQ(listLines(),
+        QStringList({
+            u"Group:2 | 14 | Empty | Group | Empty description | No Problems Detected"_s,
+            u"Group:1 | 15 | Servers | Group | Servers description | Recovered"_s,
+        }));
     EXPECT_EQ(list().columns().join(u','), u"Name,Type,Description,Status"_s);
 
     select(NodeLevel::Group, net.groupKey);
-    EXPECT_EQ(listLines(), QStringList({
-                               u"Group:1 | 15 | Servers | Group | Servers description | Recovered"_s,
-                               u"2:plain.example | 2 | plain.example | Device | plain.example description | Not checked"_s,
-                               webRow,
-                           }));
+    EXPECT_EQ(listLines(),
+        QStringList({
+            u"Group:1 | 15 | Servers | Group | Servers description | Recovered"_s,
+            u"2:plain.example | 2 | plain.example | Device | plain.example description | Not checked"_s,
+            webRow,
+        }));
 
     select(NodeLevel::Device, net.deviceKey);
-    EXPECT_EQ(listLines(), QStringList({
-                               webRow, row80,
-                               u"1:9 | 6 | Port:9 | Port | test check | Recovered on "_s + date + u" |  | 2/3 (66.67%)"_s,
-                               u"1:Ping | 5 | Ping:Ping | Ping | test check | Connected |  | 10/10 (100.00%)"
-                               " 1 min/3 max/2 average"_s,
-                           }));
+    EXPECT_EQ(listLines(),
+        QStringList({
+            webRow,
+            row80,
+            u"1:9 | 6 | Port:9 | Port | test check | Recovered on "_s + date + u" |  | 2/3 (66.67%)"_s,
+            u"1:Ping | 5 | Ping:Ping | Ping | test check | Connected |  | 10/10 (100.00%)"
+            " 1 min/3 max/2 average"_s,
+        }));
     EXPECT_EQ(list().columns().join(u','), u"Name,Type,Description,Status,Last Error,Summary"_s);
 
     select(NodeLevel::Port, net.portKey);
@@ -193,17 +219,20 @@ TEST_F(Views, EveryClickFillsItsList)
 
 TEST(Summary, PercentIsRoundedNotCut)
 {
-    struct Row { qint64 success, failure; const char16_t *text; };
-    for (const Row &row : {Row{0, 0, u"0/0 (0.00%)"}, Row{39, 1, u"39/40 (97.50%)"}, Row{2, 1, u"2/3 (66.67%)"},
-                           Row{1, 2, u"1/3 (33.33%)"}, Row{1, 1599, u"1/1600 (0.06%)"}, Row{19999, 1, u"19999/20000 (100.00%)"},
-                           Row{3, 1597, u"3/1600 (0.19%)"}, Row{0, 7, u"0/7 (0.00%)"},
-                           Row{2000000000, 147483647, u"2000000000/2147483647 (93.13%)"}})
+    struct Row {
+        qint64 success, failure;
+        const char16_t *text;
+    };
+    for (const Row &row : { Row { 0, 0, u"0/0 (0.00%)" }, Row { 39, 1, u"39/40 (97.50%)" },
+             Row { 2, 1, u"2/3 (66.67%)" }, Row { 1, 2, u"1/3 (33.33%)" }, Row { 1, 1599, u"1/1600 (0.06%)" },
+             Row { 19999, 1, u"19999/20000 (100.00%)" }, Row { 3, 1597, u"3/1600 (0.19%)" },
+             Row { 0, 7, u"0/7 (0.00%)" }, Row { 2000000000, 147483647, u"2000000000/2147483647 (93.13%)" } })
         EXPECT_EQ(rows::successSummary(row.success, row.failure), QString::fromUtf16(row.text));
 }
 
 TEST_F(Views, ListSortsByColumnAndKeepsThePlace)
 {
-    for (const char16_t *name : {u"host10", u"host9", u"Host100"})
+    for (const char16_t *name : { u"host10", u"host9", u"Host100" })
         world.addDevice(net.servers, QString::fromUtf16(name));
     open();
     select(NodeLevel::Group, net.groupKey);
@@ -215,7 +244,7 @@ TEST_F(Views, ListSortsByColumnAndKeepsThePlace)
             all << row.cells.first();
         return all.join(u' ');
     };
-    EXPECT_EQ(names(), u"Servers Host100 host10 host9 plain.example Web Server"_s);
+    EXPECT_EQ(names(), u"Servers host10 Host100 host9 plain.example Web Server"_s);
     details->sortByColumn(0, Qt::AscendingOrder);
     EXPECT_EQ(names(), u"Servers host9 host10 Host100 plain.example Web Server"_s);
     details->sortByColumn(0, Qt::DescendingOrder);
@@ -243,12 +272,15 @@ TEST_F(Views, ARowOpensItsNode)
 
 TEST_F(Views, EventViewer)
 {
-    world.sql(u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES"
-              " (0, 0, 3, #3/14/2026 1:00:00 PM#, 'Recovered', 'second')"_s);
-    world.sql(u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES"
-              " (0, 0, 4, #3/14/2026 12:00:00 PM#, 'Failure', 'first')"_s);
-    world.sql(u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES"
-              " (0, 0, 4, #1/14/2026 12:00:00 PM#, 'Failure', 'expired')"_s);
+    world.sql(
+        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES"
+        " (0, 0, 3, #3/14/2026 1:00:00 PM#, 'Recovered', 'second')"_s);
+    world.sql(
+        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES"
+        " (0, 0, 4, #3/14/2026 12:00:00 PM#, 'Failure', 'first')"_s);
+    world.sql(
+        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES"
+        " (0, 0, 4, #1/14/2026 12:00:00 PM#, 'Failure', 'expired')"_s);
     open();
     trigger("mnuViewEventViewer");
     WriteLog(u"<b>third</b>"_s, u"Warning"_s, 0, 0);
@@ -256,9 +288,10 @@ TEST_F(Views, EventViewer)
     QStringList lines;
     for (int row = 0; row < model.rowCount(); ++row)
         lines << model.index(row, 1).data().toString() + u' ' + model.index(row, 2).data().toString() + u' '
-                     + model.index(row, 0).data(Qt::AccessibleDescriptionRole).toString();
-    EXPECT_EQ(lines, QStringList({u"Failure first icon 4: failure"_s, u"Recovered second icon 3: recovered"_s,
-                                  u"Warning <b>third</b> icon 6: warning"_s}));
+                + model.index(row, 0).data(Qt::AccessibleDescriptionRole).toString();
+    EXPECT_EQ(lines,
+        QStringList({ u"Failure first icon 4: failure"_s, u"Recovered second icon 3: recovered"_s,
+            u"Warning <b>third</b> icon 6: warning"_s }));
     EXPECT_EQ(model.index(2, 0).data().toString(), GeneralDate(world.now));
     QStringList columns;
     for (int column = 0; column < model.columnCount(); ++column)

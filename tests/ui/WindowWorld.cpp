@@ -1,5 +1,7 @@
 #include "tests/ui/WindowWorld.h"
 
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 WindowWorld::~WindowWorld()
@@ -8,10 +10,13 @@ WindowWorld::~WindowWorld()
     vbMain().window = nullptr;
 }
 
-void WindowWorld::open(Editors *editors, TerminalEcho *echo) { openAt(1000, 1000, 12000, 9000, editors, echo); }
+void WindowWorld::open(Editors *editors, TerminalEcho *echo)
+{
+    openAt(1000, 1000, 12000, 9000, editors, echo);
+}
 
-void WindowWorld::openAt(double left, double top, double width, double height, Editors *editors,
-                         TerminalEcho *echo)
+void WindowWorld::openAt(
+    double left, double top, double width, double height, Editors *editors, TerminalEcho *echo)
 {
     window = std::make_unique<frmMain>(editors, echo);
     vbMain().window = window.get();
@@ -22,13 +27,15 @@ void WindowWorld::openAt(double left, double top, double width, double height, E
     window->place(left, top, width, height);
     vbMain().startFlag = 1;
     window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
 }
 
 static void describe(const QTreeWidgetItem *item, int depth, QStringList &lines)
 {
-    lines << QString(depth, u' ') + item->data(0, Qt::UserRole).toString() + u" | "_s + item->text(0) + u" | "_s
-                 + item->data(0, Qt::AccessibleDescriptionRole).toString().section(u':', 0, 0)
-                 + (item->isExpanded() ? u" | open"_s : QString());
+    lines << QString(depth, u' ') + item->data(0, Qt::UserRole).toString() + u" | "_s + item->text(0)
+            + u" | "_s + item->data(0, Qt::AccessibleDescriptionRole).toString().section(u':', 0, 0)
+            + (item->isExpanded() ? u" | open"_s : QString());
     for (int i = 0; i < item->childCount(); ++i)
         describe(item->child(i), depth + 1, lines);
 }
@@ -57,6 +64,13 @@ void WindowWorld::refresh()
     task.result();
 }
 
+QStringList WindowWorld::distinct(const QString &select)
+{
+    QStringList rows = world.rows(select);
+    rows.removeDuplicates();
+    return rows;
+}
+
 void WindowWorld::expectEnd(const QString &procedure, const std::function<void()> &act)
 {
     world.dialogs.expect(u"An error has occured in the "_s + procedure + u" subroutine."_s);
@@ -64,11 +78,15 @@ void WindowWorld::expectEnd(const QString &procedure, const std::function<void()
 }
 
 SmallNetwork::SmallNetwork(World &world)
-    : servers(world.addGroup(u"Servers"_s)), empty(world.addGroup(u"Empty"_s)),
-      web(world.addDevice(servers, u"web.example"_s, u"Web Server"_s)),
-      plain(world.addDevice(servers, u"plain.example"_s)), ping(world.addCheck(web, u"Ping"_s)),
-      port80(world.addCheck(web, u"80"_s)), port9(world.addCheck(web, u"9"_s)),
-      groupKey(keys::group(servers)), deviceKey(keys::device(web, u"web.example"_s)),
-      portKey(keys::port(web, u"80"_s))
+    : servers(world.addGroup(u"Servers"_s))
+    , empty(world.addGroup(u"Empty"_s))
+    , web(world.addDevice(servers, u"web.example"_s, u"Web Server"_s))
+    , plain(world.addDevice(servers, u"plain.example"_s))
+    , ping(world.addCheck(web, u"Ping"_s))
+    , port80(world.addCheck(web, u"80"_s))
+    , port9(world.addCheck(web, u"9"_s))
+    , groupKey(keys::group(servers))
+    , deviceKey(keys::device(web, u"web.example"_s))
+    , portKey(keys::port(web, u"80"_s))
 {
 }

@@ -16,6 +16,9 @@
 
 #include <memory>
 
+/** So that failures show texts instead of their bytes. */
+inline void PrintTo(const QString &text, std::ostream *out) { *out << '"' << text.toStdString() << '"'; }
+
 /** Editors that record what they were asked to open. */
 class RecordingEditors : public Editors
 {
@@ -41,19 +44,26 @@ protected:
     /** Makes, loads, places and shows the window as the start-up does. */
     void open(Editors *editors = nullptr, TerminalEcho *echo = nullptr);
     void openAt(double left, double top, double width, double height, Editors *editors = nullptr,
-                TerminalEcho *echo = nullptr);
+        TerminalEcho *echo = nullptr);
 
     DeviceTree &tree() { return window->tree(); }
     StatusList &list() { return window->list(); }
     QAction &action(const char *name) { return *window->commands().action(name); }
     void trigger(const char *name) { action(name).trigger(); }
-    void select(NodeLevel level, const QString &key) { ASSERT_TRUE(tree().selectNode(level, key)) << key.toStdString(); }
+    /** Selects a node as a click would, focus included. */
+    void select(NodeLevel level, const QString &key)
+    {
+        tree().setFocus();
+        ASSERT_TRUE(tree().selectNode(level, key)) << key.toStdString();
+    }
     /** The tree, a line a node: indentation, key, text, icon, and "open" for an expanded one. */
     QStringList treeLines();
     /** The list, a line a row: key, icon, cells. */
     QStringList listLines();
     /** Lets the tree's icons be refreshed to the end. */
     void refresh();
+    /** The different rows of a SELECT. */
+    QStringList distinct(const QString &select);
     /** Expects the error box of a procedure and that the program ends. */
     void expectEnd(const QString &procedure, const std::function<void()> &act);
 };
