@@ -60,6 +60,8 @@ void ScriptedSmtpServer::takeCommands(QTcpSocket *socket, QByteArray &input, boo
         commands.append(line);
         const QByteArray verb = line.left(4).toUpper();
         inData = answer(socket, verb, usual.value(verb, "250 ok\r\n")) && verb == "DATA";
+        if (verb == silentAfter)
+            disconnect(socket, &QTcpSocket::readyRead, nullptr, nullptr);
     }
 }
 

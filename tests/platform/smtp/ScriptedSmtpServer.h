@@ -19,6 +19,8 @@ public:
     /** What to say at a stage instead of the usual: GREETING, EHLO, HELO, MAIL, RCPT, DATA, BODY (first bytes of the
         message), END (the whole message is there), QUIT. kSilence, kCut, or an answer with its line break. */
     QMap<QByteArray, QByteArray> answers;
+    /** Nothing more is read or said after the answer of this stage. */
+    QByteArray silentAfter;
     /** Messages that were answered with 2xx, as received (dots still doubled). */
     QByteArrayList mails;
     /** Every command line, over all connections. */

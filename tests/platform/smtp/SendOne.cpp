@@ -1,5 +1,5 @@
 // Sends one mail with the SMTP control and prints its event; exit code 0 when it was sent.
-// Usage: smtp_send SERVER RECIPIENT
+// Usage: smtp_send SERVER RECIPIENT [TIMEOUT_MS]
 
 #include "platform/smtp/cKavroSMTP.h"
 
@@ -22,7 +22,7 @@ int main(int argc, char **argv)
         puts(qPrintable(description));
         QCoreApplication::exit(1);
     });
-    control.SetTimeOut(10000);
+    control.SetTimeOut(arguments.value(3, u"10000"_s).toInt());
     control.SetServer(arguments.value(1));
     control.SetRecipient(arguments.value(2));
     control.SetSender(u"monitor@example.com"_s);

@@ -151,6 +151,31 @@ TEST(SmtpControl, SilenceAfterTheLastWord)
     }
 }
 
+/** The step to encryption, which any server of the list may offer. */
+TEST(SmtpControl, EncryptionThatDoesNotComeAbout)
+{
+    const struct {
+        QByteArray answer;
+        const char *query;
+        const char *event;
+    } rows[] = {
+        { "220 go\r\n", "", "the mail server did not answer in time" }, // and not another word
+        { "454 not now\r\n", "", "sent" },
+        { "454 not now\r\n", "?tls=required", "454 not now" },
+        { "220 go\r\n250 slipped in\r\n", "", "the mail server gave an answer that is not understood" },
+    };
+    for (const auto &row : rows) {
+        ScriptedSmtpServer server;
+        server.answers["EHLO"] = "250-test\r\n250 STARTTLS\r\n";
+        server.answers["STAR"] = row.answer;
+        server.silentAfter = row.answer.startsWith('2') ? "STAR" : QByteArray();
+        Client client;
+        EXPECT_EQ(client.send(server.name() + QString::fromLatin1(row.query)),
+                  QStringList{ QString::fromLatin1(row.event) }) << row.answer.constData();
+        EXPECT_LE(client.longestGap, kLongestGap) << row.answer.constData();
+    }
+}
+
 TEST(SmtpControl, WithoutAServerOrAnAddress)
 {
     QTcpServer closed;
