@@ -40,6 +40,7 @@ SmtpSession::SmtpSession(const SmtpServer &server, const Envelope &envelope, int
       m_loop([this](CURLcode result) { connected(result); })
 {
     m_limit.setSingleShot(true);
+    m_limit.setTimerType(Qt::PreciseTimer);
     connect(&m_limit, &QTimer::timeout, this, [this] { finish(plainReason(CURLE_OPERATION_TIMEDOUT, 0)); });
     setOptions();
     setSecurity();
