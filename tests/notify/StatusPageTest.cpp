@@ -341,6 +341,6 @@ TEST(StatusPage, AThousandDevices)
     EXPECT_EQ(world.written().count("<span class=\"mark\">Connected"), 11 * kDevices);
 #ifndef __SANITIZE_ADDRESS__
     EXPECT_LE(clock.elapsed(), 500);
-    EXPECT_LE(world.longestGap, 50);
+    EXPECT_LE(world.longestGap, 150); // some 5 ms, and what a busy machine adds
 #endif
 }

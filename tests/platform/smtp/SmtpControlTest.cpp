@@ -15,8 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kTimeOut = 250;
-constexpr int kLongestGap = 50;
+constexpr int kTimeOut = 250; // ms
+// ms. A gap is some 5 ms; a busy machine may add to it. Waiting inside a call would last the whole time-out.
+constexpr int kLongestGap = 150;
 
 /** A control with its events written down, and a watch on the event loop. */
 struct Client {
