@@ -22,7 +22,8 @@ QString ReadTemplate(const QString &path);
 /** Text as it may stand in a page: nothing in it can open or close a tag, an attribute or a comment. */
 QString HtmlText(const QString &text);
 
-/** A section with its placeholders found once and filled in many times. Values are never searched for placeholders. */
+/** A section with its placeholders found once and filled in many times. Values are never searched for
+    placeholders. */
 class HtmlSection
 {
 public:

@@ -53,7 +53,8 @@ Task<void> ReplaceFile(QString path, QStringList texts)
         }
     }
     setUsualPermissions(file);
-    if (!file.flush() || std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
+    const QByteArray from = QFile::encodeName(file.fileName());
+    if (!file.flush() || std::rename(from.constData(), QFile::encodeName(target).constData()) != 0)
         fail(target, u"cannot be replaced"_s);
     file.setAutoRemove(false);
 }

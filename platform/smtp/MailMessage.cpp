@@ -103,7 +103,8 @@ QByteArray quotedPrintable(const QByteArray &line)
 QString bareAddress(const QString &text)
 {
     static const QRegularExpression bracketed(u"<([^<>]*)>\\s*$"_s);
-    static const QRegularExpression shape(uR"(^[^\s<>()\[\],;:\\"@\x00-\x1f\x7f]{1,64}(?:@([^\s<>(),;\\"@\x00-\x1f\x7f]{1,255}))?$)"_s);
+    static const QRegularExpression shape(uR"(^[^\s<>()\[\],;:\\"@\x00-\x1f\x7f]{1,64})"
+                                          uR"((?:@([^\s<>(),;\\"@\x00-\x1f\x7f]{1,255}))?$)"_s);
     if (text.trimmed() != oneLine(text))
         return {};
     const QRegularExpressionMatch inner = bracketed.match(text);
@@ -141,7 +142,8 @@ QByteArray MailMessage::bytes() const
     const bool encode = needsEncoding(lines);
     const QString from = sender.isEmpty() ? "kavro2000@"_L1 + oneLine(hostName) : oneLine(sender);
     QByteArrayList text{
-        "Date: " + QLocale::c().toString(date.date(), u"ddd, "_s).toLatin1() + date.toString(Qt::RFC2822Date).toLatin1(),
+        "Date: " + QLocale::c().toString(date.date(), u"ddd, "_s).toLatin1()
+            + date.toString(Qt::RFC2822Date).toLatin1(),
         "From: " + from.toUtf8(),
         "To: " + oneLine(recipients.join(u'\n')).replace(u' ', ",\r\n "_L1).toUtf8(),
         "Subject: " + subjectText(subject),

@@ -12,5 +12,6 @@ QString plainReason(int curlCode, int systemError);
 /** What the server said, made fit for the log; the server's words may repeat the password, the result does not. */
 QString saidByServer(const SmtpReply &reply, const SmtpServer &server);
 
-/** Any text as part of a sentence: no apostrophes, control characters, line breaks, final full stop; 300 characters. */
+/** Any text as part of a sentence: no apostrophes, control characters, line breaks, final full stop;
+    300 characters. */
 QString sentencePart(const QString &text);
