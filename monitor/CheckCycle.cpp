@@ -258,9 +258,11 @@ Task<void> CheckCycle::finishCycle()
     if (problems >= 0)
         m_problemCount = problems;
     co_await program.window->Refresh_TreeView_Icons();
-    co_await program.afterCheck->CreateHTMLOutput();
+    const ResultTable failedNow = onlyChecked(GetFailedDevices());
+    const ResultTable recoveredNow = onlyChecked(GetRecoveredDevices());
+    co_await program.afterCheck->CreateHTMLOutput(failedNow, recoveredNow);
     co_await reportChanges();
-    co_await program.afterCheck->SendEmailNotifications();
+    co_await program.afterCheck->SendEmailNotifications(m_checked);
     if (GetSettingBool(u"Mail Options"_s, u"SendOnFailure"_s))
         co_await program.afterCheck->ProcessMailQue();
     program.window->reselectNode();
