@@ -4,6 +4,7 @@
 #include "core/Main.h"
 #include "core/ProgramFolder.h"
 #include "core/vbMain.h"
+#include "editors/OperatorEditors.h"
 #include "notify/vbMSAgent.h"
 #include "ui/DesktopDialogs.h"
 #include "ui/Palette.h"
@@ -41,7 +42,8 @@ int main(int argc, char **argv)
 
     int exitCode = 0;
     {
-        Start factory(nullptr, echo.get());
+        OperatorEditors editors;
+        Start factory(&editors, echo.get());
         Task<void> startUp = Main(factory, QApplication::arguments().mid(1).join(u' '));
         startUp.start();
         exitCode = QApplication::exec();
