@@ -31,7 +31,9 @@ QString rangeHint(const addressrange::Range &range)
 {
     switch (range.kind) {
     case Kind::Range:
-        return frmAddDevice::tr("A range of %n address(es).", nullptr, int(range.addresses.size()));
+        return range.addresses.size() == 1
+            ? frmAddDevice::tr("A range of one address.")
+            : frmAddDevice::tr("A range of %1 addresses.").arg(range.addresses.size());
     case Kind::Backwards:
         return frmAddDevice::tr("This range ends before it begins.");
     case Kind::TooLarge:
@@ -197,9 +199,10 @@ void frmAddDevice::fillSummary()
     const QString texts[] = { m_devices.name(), m_devices.alias(), m_devices.description() };
     for (int i = 0; i < kSummaryDevices; ++i)
         m_summary[i]->setText(texts[i]);
-    QString count = tr("%n device(s) will be made.", nullptr, int(m_devices.names().size()));
+    const auto number = m_devices.names().size();
+    QString count = number == 1 ? tr("1 device will be made.") : tr("%1 devices will be made.").arg(number);
     if (m_devices.skipped() > 0)
-        count += u' ' + tr("%n exist(s) already.", nullptr, m_devices.skipped());
+        count += u' ' + tr("Of the range, %1 exist already.").arg(m_devices.skipped());
     m_summary[kSummaryDevices]->setText(count);
 }
 
@@ -216,6 +219,8 @@ Task<void> frmAddDevice::AddDeviceToTree()
 {
     waits::Slice slice;
     for (const QString &name : m_devices.names()) {
+        if (!m_made.isEmpty()) // one device alone is made at one go
+            co_await slice.breathe();
         // Row and node together: in between a check may end and repaint the tree.
         const DeviceRef device = m_devices.Device_Add(name, m_devices.description(), m_devices.alias());
         if (device.id != 0) {
@@ -224,7 +229,6 @@ Task<void> frmAddDevice::AddDeviceToTree()
                 status::DeviceOk);
         }
         setProgress(int(m_made.size()));
-        co_await slice.breathe();
     }
     if (!m_made.isEmpty())
         m_tree.selectNode(NodeLevel::Device, m_made.first().key());

@@ -88,7 +88,7 @@ void frmAddPort::Form_Load()
     Trap("Form_Load", [this] {
         const QString device = m_devices.size() == 1
             ? m_devices.first().name
-            : tr("%n devices", nullptr, int(m_devices.size()));
+            : tr("%1 devices").arg(m_devices.size());
         m_introduction->setText(
             u"This wizard will assist you in selecting the TCP/IP ports to moniotor on "_s + device
             + u".  Press the 'Next' button and make your selections from the list provided."_s);
@@ -172,12 +172,13 @@ Task<void> frmAddPort::applyChoice()
 {
     waits::Slice slice;
     for (int i = 0; i < m_devices.size(); ++i) {
+        if (i > 0) // one device alone is done at one go
+            co_await slice.breathe();
         const DeviceRef &device = m_devices.at(i);
         const QStringList existing = portchoice::Step0(device.id);
         portchoice::Del_Ports(m_tree, device, portchoice::without(existing, m_selected));
         portchoice::Add_Ports(m_tree, device, portchoice::without(m_selected, existing));
         setProgress(i + 1);
-        co_await slice.breathe();
     }
     m_tree.refreshViews();
     setBusy(false);
