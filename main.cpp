@@ -14,6 +14,8 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -49,5 +51,8 @@ int main(int argc, char **argv)
         exitCode = QApplication::exec();
     }
     program.db.reset();
-    return exitCode;
+    // Everything is saved. A name server that does not answer still holds a resolver thread, which an orderly end
+    // of the process would wait for.
+    std::fflush(nullptr);
+    std::_Exit(exitCode);
 }

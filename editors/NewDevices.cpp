@@ -16,8 +16,7 @@ constexpr double kOctetEnd = 256;
 
 QString exists(const QString &name)
 {
-    return name
-        + u" already exists as a monitored device.\r\nYou must specify a different device name."_s;
+    return name + u" already exists as a monitored device.\r\nYou must specify a different device name."_s;
 }
 
 QString notValid(const QString &name)

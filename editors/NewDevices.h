@@ -26,7 +26,8 @@ public:
     {
     }
 
-    /** Takes the name box's text. Returns what is wrong with it, ready for a message box; empty when all is well. */
+    /** Takes the name box's text. Returns what is wrong with it, ready for a message box; empty when all is
+     * well. */
     QString setName(const QString &entered);
     void setTexts(const QString &alias, const QString &description);
 

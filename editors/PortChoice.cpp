@@ -98,8 +98,7 @@ QList<portchoice::CatalogueRow> portchoice::Step1()
         auto rows = db().OpenRecordset(u"Select * FROM tblTCPPorts ORDER BY Port_Num"_s);
         CheckDatabaseErrors();
         for (; !rows.Eof(); rows.MoveNext()) {
-            catalogue.append(
-                { textOf(rows.Field(u"Port_Num"_s).text()), rows.Field(u"Port_Desc"_s).text() });
+            catalogue.append({ textOf(rows.Field(u"Port_Num"_s).text()), rows.Field(u"Port_Desc"_s).text() });
         }
         rows.Close();
         return catalogue;

@@ -6,8 +6,8 @@
 
 class EditedTree;
 
-/** What the add-port wizard decides: the catalogue, a device's present checks, and what differs from the ticked
-    ones. No widgets. */
+/** What the add-port wizard decides: the catalogue, a device's present checks, and what differs from the
+   ticked ones. No widgets. */
 namespace portchoice {
 
 struct CatalogueRow {

@@ -6,8 +6,8 @@ class QCheckBox;
 class QProgressBar;
 class QStackedWidget;
 
-/** Pages one behind the other, with Back and Next. Pages show; what a step means is decided by the wizard's own
-    context. */
+/** Pages one behind the other, with Back and Next. Pages show; what a step means is decided by the wizard's
+   own context. */
 class WizardForm : public EditorForm
 {
     Q_OBJECT

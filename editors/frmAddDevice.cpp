@@ -225,8 +225,8 @@ Task<void> frmAddDevice::AddDeviceToTree()
         const DeviceRef device = m_devices.Device_Add(name, m_devices.description(), m_devices.alias());
         if (device.id != 0) {
             m_made.append(device);
-            m_tree.addNode(NodeLevel::Device, m_groupKey, device.key(), m_devices.nodeText(name),
-                status::DeviceOk);
+            m_tree.addNode(
+                NodeLevel::Device, m_groupKey, device.key(), m_devices.nodeText(name), status::DeviceOk);
         }
         setProgress(int(m_made.size()));
     }

@@ -86,12 +86,10 @@ QWidget *frmAddPort::summaryPage()
 void frmAddPort::Form_Load()
 {
     Trap("Form_Load", [this] {
-        const QString device = m_devices.size() == 1
-            ? m_devices.first().name
-            : tr("%1 devices").arg(m_devices.size());
-        m_introduction->setText(
-            u"This wizard will assist you in selecting the TCP/IP ports to moniotor on "_s + device
-            + u".  Press the 'Next' button and make your selections from the list provided."_s);
+        const QString device
+            = m_devices.size() == 1 ? m_devices.first().name : tr("%1 devices").arg(m_devices.size());
+        m_introduction->setText(u"This wizard will assist you in selecting the TCP/IP ports to moniotor on "_s
+            + device + u".  Press the 'Next' button and make your selections from the list provided."_s);
         m_step = GetSettingInt(u"Startup"_s, u"ShowPortScanIntro"_s) == 0 ? Introduction : Catalogue;
         m_showIntro->setChecked(m_step == Catalogue);
         m_existing = portchoice::Step0(m_devices.first().id);

@@ -23,8 +23,8 @@ void frmGroupAdd::onOk()
         accept();
         return;
     }
-    vbMain().dialogs->messageBox(m_label->text()
-            + u" already exists in the database.\r\nTry again, or cancel the action."_s,
+    vbMain().dialogs->messageBox(
+        m_label->text() + u" already exists in the database.\r\nTry again, or cancel the action."_s,
         AppTitle(), Dialogs::Exclamation, Dialogs::Ok);
     okButton()->setEnabled(true);
     m_label->selectAll();
@@ -34,7 +34,8 @@ void frmGroupAdd::onOk()
 bool frmGroupAdd::AddGroup(const QString &label, const QString &description)
 {
     return Trap("AddGroup", [&] {
-        auto rows = db().OpenRecordset(u"SELECT * FROM tblGroup WHERE tblGroup.Group_Label = '"_s + label + u"'"_s);
+        auto rows
+            = db().OpenRecordset(u"SELECT * FROM tblGroup WHERE tblGroup.Group_Label = '"_s + label + u"'"_s);
         CheckDatabaseErrors();
         if (!rows.Eof())
             return false;

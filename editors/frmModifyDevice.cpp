@@ -124,8 +124,7 @@ void frmModifyDevice::onOk()
     accept();
 }
 
-void frmModifyDevice::Device_Update(
-    const QString &name, const QString &alias, const QString &description)
+void frmModifyDevice::Device_Update(const QString &name, const QString &alias, const QString &description)
 {
     Trap("Device_Update", [&] {
         auto row = db().OpenRecordset(u"SELECT Device_Name, Device_Alias, Device_Desc, HTML_Output,"

@@ -64,8 +64,7 @@ frmPortDetails::frmPortDetails(EditedTree &tree, const QString &key)
     : EditorForm(tree.window(), "frmPortDetails", tr("Port Details"), picture(u"tool_details"_s))
     , m_deviceId(keys::before(key))
     , m_port(keys::after(key))
-    , m_history(
-          table("lvListView", tr("History"), { u"Date/Time"_s, u"Type"_s, u"Message"_s }))
+    , m_history(table("lvListView", tr("History"), { u"Date/Time"_s, u"Type"_s, u"Message"_s }))
 {
     auto *column = new QVBoxLayout(this);
     column->addWidget(boxes());

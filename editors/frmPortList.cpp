@@ -241,11 +241,11 @@ void frmPortList::RemovePort(QTreeWidgetItem &item)
 {
     Trap("RemovePort", [&] {
         const QString number = item.text(0);
-        const Dialogs::Answer answer = vbMain().dialogs->messageBox(
-            u"You are about to remove the following:\r\n\r\n"
-            "  Port Number:\t"_s
-                + number + u"\r\n  Description:\t"_s + item.text(1) + u"\r\n\r\nAre you sure?"_s,
-            AppTitle(), Dialogs::Question, Dialogs::YesNo);
+        const Dialogs::Answer answer
+            = vbMain().dialogs->messageBox(u"You are about to remove the following:\r\n\r\n"
+                                           "  Port Number:\t"_s
+                    + number + u"\r\n  Description:\t"_s + item.text(1) + u"\r\n\r\nAre you sure?"_s,
+                AppTitle(), Dialogs::Question, Dialogs::YesNo);
         if (answer != Dialogs::AnswerYes)
             return;
         db().Execute(u"Delete * FROM tblTCPPorts WHERE Port_Num = "_s + number);

@@ -9,7 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-// kavro-mkdb SCHEMA.sql ROWS_DIR OUT.mdb: makes a database from a schema and one tblXxx.tsv per table with rows.
+// kavro-mkdb SCHEMA.sql ROWS_DIR OUT.mdb: makes a database from a schema and one tblXxx.tsv per table with
+// rows.
 
 namespace {
 
@@ -53,7 +54,8 @@ QString literal(const QString &cell)
     return cell == u"NULL" ? cell : u'\'' + unescaped(cell).replace(u"'"_s, u"''"_s) + u'\'';
 }
 
-void loadRow(dao::Database &db, const QString &table, const QString &columns, qsizetype count, const QString &line)
+void loadRow(dao::Database &db, const QString &table, const QString &columns, qsizetype count,
+             const QString &line)
 {
     const QStringList cells = line.split(u'\t');
     if (cells.size() != count)
@@ -78,7 +80,8 @@ void loadTable(dao::Database &db, const QString &path)
         try {
             loadRow(db, QFileInfo(path).baseName(), columns, names.size(), lines[i]);
         } catch (const VbError &error) {
-            throw VbError(error.number(), u"%1:%2: %3"_s.arg(path, QString::number(i + 1), error.description()));
+            throw VbError(error.number(),
+                          u"%1:%2: %3"_s.arg(path, QString::number(i + 1), error.description()));
         }
     }
 }

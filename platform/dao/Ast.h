@@ -8,18 +8,18 @@
 namespace dao::ast {
 
 enum class ExprKind {
-    Column,   // table (may be empty), name
-    Literal,  // literal
+    Column, // table (may be empty), name
+    Literal, // literal
     Null,
-    Negate,   // args[0]
-    Binary,   // op: + - * / \ ^ & MOD
-    Compare,  // op: = <> < > <= >=
-    Logic,    // op: AND OR XOR EQV IMP
+    Negate, // args[0]
+    Binary, // op: + - * / \ ^ & MOD
+    Compare, // op: = <> < > <= >=
+    Logic, // op: AND OR XOR EQV IMP
     Not,
-    Like,     // args[0] LIKE args[1]
+    Like, // args[0] LIKE args[1]
     IsNull,
-    Between,  // args[0] BETWEEN args[1] AND args[2]
-    In,       // args[0] IN (args[1] …)
+    Between, // args[0] BETWEEN args[1] AND args[2]
+    In, // args[0] IN (args[1] …)
 };
 
 struct Expr;
@@ -74,12 +74,12 @@ enum class StatementKind { Select, Insert, Update, Delete };
 
 struct Statement {
     StatementKind kind = StatementKind::Select;
-    std::vector<SelectItem> items;     // SELECT; DELETE: what stands before FROM
-    std::vector<SourcePtr> from;       // SELECT and DELETE; UPDATE: the tables before SET
+    std::vector<SelectItem> items; // SELECT; DELETE: what stands before FROM
+    std::vector<SourcePtr> from; // SELECT and DELETE; UPDATE: the tables before SET
     ExprPtr where;
     std::vector<OrderItem> order;
     std::vector<SetItem> set;
-    QString target;                    // INSERT
+    QString target; // INSERT
     bool hasColumns = false;
     std::vector<QString> columns;
     std::vector<ExprPtr> values;

@@ -34,7 +34,7 @@ uint classWeight(char32_t folded)
 
 constexpr std::array<uint, 128> makeAsciiWeights()
 {
-    std::array<uint, 128> weights{};
+    std::array<uint, 128> weights {};
     for (uint c = 0; c < 128; ++c) {
         const bool upper = c >= 'A' && c <= 'Z';
         const bool letter = upper || (c >= 'a' && c <= 'z');
@@ -45,10 +45,7 @@ constexpr std::array<uint, 128> makeAsciiWeights()
 }
 constexpr auto kAsciiWeights = makeAsciiWeights();
 
-int order(uint a, uint b)
-{
-    return a < b ? -1 : a > b ? 1 : 0;
-}
+int order(uint a, uint b) { return a < b ? -1 : a > b ? 1 : 0; }
 
 int compareWhole(QStringView a, QStringView b)
 {
@@ -86,10 +83,7 @@ int compareUtf8(void *, int sizeA, const void *dataA, int sizeB, const void *dat
 
 } // namespace
 
-int compareText(QStringView a, QStringView b)
-{
-    return compareWhole(a, b);
-}
+int compareText(QStringView a, QStringView b) { return compareWhole(a, b); }
 
 void registerCollation(sqlite3 *db)
 {

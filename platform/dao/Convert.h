@@ -4,8 +4,8 @@
 
 namespace dao {
 
-/** The value in the form in which a column of this kind stores it. Throws 3421 (does not convert) and 3349 (out of
-    range). */
+/** The value in the form in which a column of this kind stores it. Throws 3421 (does not convert) and 3349
+   (out of range). */
 Value convertTo(Kind kind, const Value &value);
 
 /** convertTo() and the column's own limits: 3163 (too long), 3315 (empty). */

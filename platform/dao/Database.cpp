@@ -17,7 +17,10 @@ namespace dao {
 class DatabasePrivate
 {
 public:
-    explicit DatabasePrivate(std::shared_ptr<Session> s) : session(std::move(s)) {}
+    explicit DatabasePrivate(std::shared_ptr<Session> s)
+        : session(std::move(s))
+    {
+    }
 
     void execute(const QString &sql, bool strict);
 
@@ -94,9 +97,11 @@ void checkFile(const QString &path)
     if (head.startsWith(QByteArray("SQLite format 3", 16)))
         return;
     if (head.mid(4, 15) == "Standard Jet DB") {
-        throw VbError(3343, errorText(3343, path)
-                                + u" It is a genuine Jet database; turn it into one of this program with the command "
-                                  u"kavro-import."_s);
+        throw VbError(
+            3343,
+            errorText(3343, path)
+                + u" It is a genuine Jet database; turn it into one of this program with the command "
+                  u"kavro-import."_s);
     }
     raise(3343, path);
 }
@@ -108,7 +113,7 @@ void DatabasePrivate::execute(const QString &sql, bool strict)
     affected = 0;
     Lexed lexed = lex(sql);
     const auto plan = session->plan(lexed);
-    const Bindings bindings{std::move(lexed.literals), strict};
+    const Bindings bindings {std::move(lexed.literals), strict};
     switch (plan->action) {
     case Action::Select:
         raise(3065);
@@ -175,7 +180,10 @@ long DatabasePrivate::deleteJoined(const Plan &plan, const Bindings &bindings)
     return count;
 }
 
-Database::Database(std::unique_ptr<DatabasePrivate> p) : d(std::move(p)) { }
+Database::Database(std::unique_ptr<DatabasePrivate> p)
+    : d(std::move(p))
+{
+}
 
 Database::~Database() = default;
 
@@ -206,20 +214,11 @@ Recordset Database::OpenRecordset(const QString &sql)
     });
 }
 
-long Database::RecordsAffected() const
-{
-    return d->affected;
-}
+long Database::RecordsAffected() const { return d->affected; }
 
-QString Database::Name() const
-{
-    return d->session->path();
-}
+QString Database::Name() const { return d->session->path(); }
 
-bool Database::IsExclusive() const
-{
-    return d->session->isExclusive();
-}
+bool Database::IsExclusive() const { return d->session->isExclusive(); }
 
 void Database::Close()
 {

@@ -134,7 +134,8 @@ bool DateFormatReader::readHalf()
 }
 
 /** The number of the longest name that stands here, or 0. */
-int DateFormatReader::readName(QString (QLocale::*nameOf)(int, QLocale::FormatType) const, int count, qsizetype length)
+int DateFormatReader::readName(QString (QLocale::*nameOf)(int, QLocale::FormatType) const, int count,
+                               qsizetype length)
 {
     const QLocale::FormatType form = length == 3 ? QLocale::ShortFormat : QLocale::LongFormat;
     const qsizetype start = m_pos;
@@ -157,7 +158,8 @@ bool DateFormatReader::readNumber(int &number, int maxDigits)
     number = 0;
     for (; digits < maxDigits && m_pos < m_text.size(); ++digits) {
         const bool pair = m_text[m_pos].isHighSurrogate() && m_pos + 1 < m_text.size();
-        const char32_t c = pair ? QChar::surrogateToUcs4(m_text[m_pos], m_text[m_pos + 1]) : m_text[m_pos].unicode();
+        const char32_t c
+            = pair ? QChar::surrogateToUcs4(m_text[m_pos], m_text[m_pos + 1]) : m_text[m_pos].unicode();
         const int digit = QChar::digitValue(c);
         if (digit < 0)
             break;

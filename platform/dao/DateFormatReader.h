@@ -12,13 +12,15 @@ QDate dateOf(int year, int month, int day);
 /** OLE day number 0, the day of a time that stands alone. */
 inline QDate oleDayZero() { return QDate(1899, 12, 30); }
 
-/** Reads a whole text by a date format of Qt; empty when it does not fit. Qt's own reader is not enough: it knows not
-    the day halves of every locale, and here a slash may stand where the format has a dot. */
+/** Reads a whole text by a date format of Qt; empty when it does not fit. Qt's own reader is not enough: it
+   knows not the day halves of every locale, and here a slash may stand where the format has a dot. */
 class DateFormatReader
 {
 public:
     DateFormatReader(const QLocale &locale, QStringView format, QStringView text)
-        : m_locale(locale), m_format(format), m_text(text)
+        : m_locale(locale)
+        , m_format(format)
+        , m_text(text)
     {
     }
     std::optional<QDateTime> run();
@@ -38,7 +40,7 @@ private:
     const QLocale &m_locale;
     QStringView m_format;
     QStringView m_text;
-    qsizetype m_at = 0;  // in the format
+    qsizetype m_at = 0; // in the format
     qsizetype m_pos = 0; // in the text
     bool m_hasDate = false;
     int m_year = 0;

@@ -26,13 +26,16 @@ QString editFormat(const QString &format, F &&edit)
 
 /** The locale and its two formats, worked out once. */
 struct Formats {
-    explicit Formats(const QLocale &l) : locale(l)
+    explicit Formats(const QLocale &l)
+        : locale(l)
     {
         static const QRegularExpression years(u"y+"_s);
         static const QRegularExpression zone(u"[\\s,]*\\(?t+\\)?\\s*"_s);
-        date = editFormat(l.dateFormat(QLocale::ShortFormat), [](QString part) { return part.replace(years, u"yyyy"_s); });
-        time = editFormat(l.timeFormat(QLocale::LongFormat), [](QString part) { return part.replace(zone, u" "_s); })
-                   .trimmed();
+        date = editFormat(l.dateFormat(QLocale::ShortFormat),
+                          [](QString part) { return part.replace(years, u"yyyy"_s); });
+        time = editFormat(l.timeFormat(QLocale::LongFormat), [](QString part) {
+                   return part.replace(zone, u" "_s);
+               }).trimmed();
     }
     QLocale locale;
     QString date;
@@ -50,10 +53,7 @@ std::optional<QDateTime> valid(const QDateTime &when)
     return when.isValid() ? std::optional(when) : std::nullopt;
 }
 
-QString slashed(QString text)
-{
-    return text.replace(u'.', u'/');
-}
+QString slashed(QString text) { return text.replace(u'.', u'/'); }
 
 std::optional<QDateTime> readBy(const QString &format, const QString &text)
 {
@@ -74,7 +74,8 @@ std::optional<QDateTime> parseExactly(const QString &text)
 bool takeTime(QString &text, QTime &time)
 {
     static const QRegularExpression pattern(
-        u"(?:^|\\s)(\\d{1,2})(?::(\\d{1,2}))?(?::(\\d{1,2}))?\\s*(AM|PM)?$"_s, QRegularExpression::CaseInsensitiveOption);
+        u"(?:^|\\s)(\\d{1,2})(?::(\\d{1,2}))?(?::(\\d{1,2}))?\\s*(AM|PM)?$"_s,
+        QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = pattern.match(text);
     const bool isTime = match.hasMatch() && (!match.captured(2).isEmpty() || !match.captured(4).isEmpty());
     if (!isTime)
@@ -117,9 +118,11 @@ QDate dateFromParts(const QStringList &parts)
     const int thisYear = QDate::currentDate().year();
     if (month > 0) {
         if (count == 2)
-            return numbers[0] > 31 ? dateOf(numbers[0], month, numbers[1]) : dateOf(numbers[1], month, numbers[0]);
-        return count == 1 ? (numbers[0] > 31 ? dateOf(numbers[0], month, 1) : dateOf(thisYear, month, numbers[0]))
-                          : QDate();
+            return numbers[0] > 31 ? dateOf(numbers[0], month, numbers[1])
+                                   : dateOf(numbers[1], month, numbers[0]);
+        return count == 1
+            ? (numbers[0] > 31 ? dateOf(numbers[0], month, 1) : dateOf(thisYear, month, numbers[0]))
+            : QDate();
     }
     if (count == 2)
         return dateOf(thisYear, numbers[0], numbers[1]);
@@ -147,15 +150,9 @@ std::optional<QDateTime> parseJet(const QString &literal)
 
 } // namespace
 
-QLocale dateLocale()
-{
-    return formats().locale;
-}
+QLocale dateLocale() { return formats().locale; }
 
-void setDateLocale(const QLocale &locale)
-{
-    formats() = Formats(locale);
-}
+void setDateLocale(const QLocale &locale) { formats() = Formats(locale); }
 
 QString generalDateText(const QDateTime &when)
 {
@@ -192,7 +189,8 @@ double toOleDate(const QDateTime &when)
 {
     const qint64 ms = when.time().msecsSinceStartOfDay();
     const qint64 seconds = oleDayZero().daysTo(when.date()) * kSecondsPerDay + (ms + 500) / 1000;
-    const qint64 day = seconds >= 0 ? seconds / kSecondsPerDay : -((-seconds + kSecondsPerDay - 1) / kSecondsPerDay);
+    const qint64 day
+        = seconds >= 0 ? seconds / kSecondsPerDay : -((-seconds + kSecondsPerDay - 1) / kSecondsPerDay);
     const double fraction = double(seconds - day * kSecondsPerDay) / kSecondsPerDay;
     return day >= 0 ? double(seconds) / kSecondsPerDay : double(day) - fraction;
 }

@@ -12,7 +12,8 @@ namespace {
 
 struct TypeRow {
     const char16_t *word;
-    const char *sql; // the first word tells the kind when the file is read again, the last one SQLite's affinity
+    const char
+        *sql; // the first word tells the kind when the file is read again, the last one SQLite's affinity
 };
 constexpr TypeRow kTypes[] = {
     {u"INTEGER", "INTEGER"}, {u"NUMBER", "NUMBER REAL"}, {u"YESNO", "YESNO INTEGER NOT NULL"},
@@ -22,7 +23,10 @@ constexpr TypeRow kTypes[] = {
 class DefinitionReader
 {
 public:
-    explicit DefinitionReader(const QString &definition) : m_lexed(lex(definition)) {}
+    explicit DefinitionReader(const QString &definition)
+        : m_lexed(lex(definition))
+    {
+    }
 
     QByteArray run()
     {
@@ -113,7 +117,8 @@ private:
         for (const TypeRow &row : kTypes) {
             if (accept(row.word)) {
                 const bool memo = QByteArrayView(row.sql).startsWith("MEMO");
-                return quoted + ' ' + row.sql + (memo ? collate() : QByteArray()) + rules(columnName, row.word[0] == u'Y');
+                return quoted + ' ' + row.sql + (memo ? collate() : QByteArray())
+                    + rules(columnName, row.word[0] == u'Y');
             }
         }
         raise(3290);
@@ -134,8 +139,8 @@ private:
         const QByteArray quoted = quoteName(columnName);
         QByteArray type = " TEXT(" + size + ')';
         // The constraint's name carries the DAO number, because SQLite reports nothing else.
-        QByteArray checks = collate() + " CONSTRAINT " + quoteName(u"3163 "_s + columnName) + " CHECK(length(" + quoted
-            + ") <= " + size + ')';
+        QByteArray checks = collate() + " CONSTRAINT " + quoteName(u"3163 "_s + columnName) + " CHECK(length("
+            + quoted + ") <= " + size + ')';
         if (token().kind == TokenKind::Name && word() == u"NOT"
             && m_lexed.view(m_lexed.tokens[m_at + 1]).compare(u"EMPTY"_s, Qt::CaseInsensitive) == 0) {
             m_at += 2;
@@ -156,8 +161,8 @@ private:
             } else if (accept(u"PRIMARY")) {
                 expect(u"KEY");
                 // Not SQLite's own primary key: that one fills a missing whole number in silently.
-                sql += " UNIQUE CONSTRAINT " + quoteName(u"3058 "_s + columnName) + " CHECK(" + quoteName(columnName)
-                    + " IS NOT NULL)";
+                sql += " UNIQUE CONSTRAINT " + quoteName(u"3058 "_s + columnName) + " CHECK("
+                    + quoteName(columnName) + " IS NOT NULL)";
             } else if (accept(u"UNIQUE")) {
                 sql += " UNIQUE";
             } else if (accept(u"DEFAULT")) {
@@ -193,9 +198,6 @@ private:
 
 } // namespace
 
-QByteArray translateDefinition(const QString &definition)
-{
-    return DefinitionReader(definition).run();
-}
+QByteArray translateDefinition(const QString &definition) { return DefinitionReader(definition).run(); }
 
 } // namespace dao

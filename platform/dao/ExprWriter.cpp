@@ -28,10 +28,7 @@ Type typeOf(Kind kind)
     }
 }
 
-bool isTextual(Type type)
-{
-    return type == Type::Text || type == Type::Memo;
-}
+bool isTextual(Type type) { return type == Type::Text || type == Type::Memo; }
 
 /** True, False and their other spellings; empty for any other word. */
 std::optional<bool> truthWord(const QString &word)
@@ -149,7 +146,8 @@ ExprWriter::Written ExprWriter::numeric(const ast::Expr &expr)
     const bool joins = expr.op == u"&" || (expr.op == u"+" && isTextual(left.type) && isTextual(right.type));
     if (!joins && (isTextual(left.type) || isTextual(right.type)))
         raise(3464);
-    const bool date = left.type == Type::Date && right.type == Type::Number && (expr.op == u"+" || expr.op == u"-");
+    const bool date
+        = left.type == Type::Date && right.type == Type::Number && (expr.op == u"+" || expr.op == u"-");
     return {"jet_calc('" + expr.op.left(1).toUtf8() + "', " + left.sql + ", " + right.sql + ')',
             joins ? Type::Text : (date ? Type::Date : Type::Number),
             {}};
@@ -163,8 +161,8 @@ QByteArray ExprWriter::compare(const ast::Expr &expr)
     return comparePair(expr.op.toUtf8(), left, right);
 }
 
-/** The right side of =. A word that names no column, against a text column, means its own text: node keys end in
-    words as well as in numbers, and the statements that are built from them expect the row. */
+/** The right side of =. A word that names no column, against a text column, means its own text: node keys end
+   in words as well as in numbers, and the statements that are built from them expect the row. */
 ExprWriter::Written ExprWriter::bareWord(const ast::Expr &expr, const Written &left)
 {
     const bool isWord = expr.kind == ExprKind::Column && expr.table.isEmpty();
@@ -257,7 +255,8 @@ QByteArray ExprWriter::stored(const ast::Expr &expr, const Column &column)
     Parameter strict;
     strict.isStrict = true;
     const QByteArray written = value(expr).sql;
-    return "jet_store(" + QByteArray::number(int(column.kind)) + ", " + written + ", " + parameter(strict) + ')';
+    return "jet_store(" + QByteArray::number(int(column.kind)) + ", " + written + ", " + parameter(strict)
+        + ')';
 }
 
 } // namespace dao

@@ -20,7 +20,12 @@ public:
         std::optional<ColumnRef> column; // set when it is nothing but a column
     };
 
-    ExprWriter(const Scope &scope, const Lexed &lexed, Plan &plan) : m_scope(scope), m_lexed(lexed), m_plan(plan) {}
+    ExprWriter(const Scope &scope, const Lexed &lexed, Plan &plan)
+        : m_scope(scope)
+        , m_lexed(lexed)
+        , m_plan(plan)
+    {
+    }
 
     /** SQL that is true, false or Null, for WHERE and ON. */
     QByteArray condition(const ast::Expr &expr);

@@ -45,7 +45,8 @@ int lockRetrying(int file, int how)
 
 } // namespace
 
-FileLock::FileLock(const QString &databasePath, bool exclusive) : m_path(lockPath(databasePath))
+FileLock::FileLock(const QString &databasePath, bool exclusive)
+    : m_path(lockPath(databasePath))
 {
     const QByteArray path = QFile::encodeName(m_path);
     for (;;) {

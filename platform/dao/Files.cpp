@@ -5,6 +5,7 @@
 #include "platform/dao/Schema.h"
 #include "platform/dao/Sqlite.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -21,7 +22,12 @@ const QString kSource = u"DAO.Workspace"_s;
 class Draft
 {
 public:
-    explicit Draft(const QString &target) : m_target(target), m_path(target + u".new"_s) { removeFiles(); }
+    explicit Draft(const QString &target)
+        : m_target(target)
+        , m_path(u"%1.%2.new"_s.arg(target).arg(QCoreApplication::applicationPid()))
+    {
+        removeFiles();
+    }
     ~Draft() { removeFiles(); }
     Draft(const Draft &) = delete;
     Draft &operator=(const Draft &) = delete;
@@ -68,8 +74,9 @@ void copyInto(const QString &from, const QString &to)
     for (const auto &table : schema.tables()) {
         if (!table->hasAuto)
             continue;
-        sqlite::Statement reset(target.handle(), "UPDATE sqlite_sequence SET seq = (SELECT ifnull(max(" + table->key
-                                                     + "), 0) FROM " + table->sqlName + ") WHERE name = ?");
+        sqlite::Statement reset(target.handle(),
+                                "UPDATE sqlite_sequence SET seq = (SELECT ifnull(max(" + table->key
+                                    + "), 0) FROM " + table->sqlName + ") WHERE name = ?");
         reset.bind(1, Value(table->name));
         reset.step();
     }

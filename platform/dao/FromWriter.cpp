@@ -63,7 +63,8 @@ void FromWriter::checkCondition(const ast::Expr &on, TableSet tables) const
             raise(3080, m_scope.exposedName(ref->from));
         if (ref && m_scope.column(*ref).kind == Kind::Memo)
             raise(3118, m_scope.column(*ref).name);
-        if (side->kind == ast::ExprKind::Column && !ref && !side->table.isEmpty() && m_scope.find(side->table) < 0)
+        if (side->kind == ast::ExprKind::Column && !ref && !side->table.isEmpty()
+            && m_scope.find(side->table) < 0)
             raise(3080, side->table);
     }
 }
@@ -86,7 +87,7 @@ void FromWriter::reduce(Source &source, TableSet rejected) const
 std::optional<FromWriter::Chain> FromWriter::flatten(const Source &source) const
 {
     if (source.isTable())
-        return Chain{{false, source.index, {}}};
+        return Chain {{false, source.index, {}}};
     auto left = flatten(*source.left);
     auto right = flatten(*source.right);
     if (!left || !right)
@@ -94,8 +95,8 @@ std::optional<FromWriter::Chain> FromWriter::flatten(const Source &source) const
     return append(std::move(*left), std::move(*right), source);
 }
 
-/** a JOIN (b LEFT JOIN c) is (a JOIN b) LEFT JOIN c as long as each condition looks only at tables before it and no
-    missing b lets a c in. */
+/** a JOIN (b LEFT JOIN c) is (a JOIN b) LEFT JOIN c as long as each condition looks only at tables before it
+   and no missing b lets a c in. */
 std::optional<FromWriter::Chain> FromWriter::append(Chain left, Chain right, const Source &join) const
 {
     const TableSet allowed = tablesIn(*join.left) | tableBit(right.front().table);

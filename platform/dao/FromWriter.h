@@ -4,18 +4,23 @@
 
 namespace dao {
 
-/** Writes a FROM clause. Outer joins whose missing rows the condition drops anyway become inner ones, and bracketed
-    joins become a plain chain where that means the same, because SQLite scans where it could look up otherwise. */
+/** Writes a FROM clause. Outer joins whose missing rows the condition drops anyway become inner ones, and
+   bracketed joins become a plain chain where that means the same, because SQLite scans where it could look up
+   otherwise. */
 class FromWriter
 {
 public:
-    FromWriter(const Scope &scope, ExprWriter &exprs) : m_scope(scope), m_exprs(exprs) {}
+    FromWriter(const Scope &scope, ExprWriter &exprs)
+        : m_scope(scope)
+        , m_exprs(exprs)
+    {
+    }
 
     /** where may be null. Throws 3080, 3118, 3258, 3296 for joins that Jet refuses. */
     QByteArray write(std::vector<ast::SourcePtr> &from, const ast::Expr *where);
 
-    /** Which columns a new row of a joined table takes from its parent, and the order of writing; to be taken before
-        write(), which changes the joins. */
+    /** Which columns a new row of a joined table takes from its parent, and the order of writing; to be taken
+       before write(), which changes the joins. */
     void describe(const ast::Source &source, Plan &plan) const;
 
 private:

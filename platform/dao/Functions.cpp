@@ -43,7 +43,7 @@ void answer(sqlite3_context *context, const Value &value)
             sqlite3_result_text(c, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
         }
     };
-    std::visit(Writer{context}, value.data());
+    std::visit(Writer {context}, value.data());
 }
 
 Value wholeOrReal(double result)
@@ -146,10 +146,7 @@ void jetStore(sqlite3_context *context, int, sqlite3_value **args)
 
 } // namespace
 
-Value asText(const Value &value)
-{
-    return value.isNull() || value.isText() ? value : Value(value.text());
-}
+Value asText(const Value &value) { return value.isNull() || value.isText() ? value : Value(value.text()); }
 
 void registerFunctions(sqlite3 *db)
 {
@@ -158,11 +155,14 @@ void registerFunctions(sqlite3 *db)
         int args;
         void (*function)(sqlite3_context *, int, sqlite3_value **);
     };
-    constexpr Row kRows[] = {
-        {"jet_like", 2, jetLike}, {"jet_text", 1, jetText}, {"jet_calc", 3, jetCalc}, {"jet_store", 3, jetStore}};
+    constexpr Row kRows[] = {{"jet_like", 2, jetLike},
+                             {"jet_text", 1, jetText},
+                             {"jet_calc", 3, jetCalc},
+                             {"jet_store", 3, jetStore}};
     for (const Row &row : kRows) {
-        const int code = sqlite3_create_function_v2(db, row.name, row.args, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
-                                                    row.function, nullptr, nullptr, nullptr);
+        const int code
+            = sqlite3_create_function_v2(db, row.name, row.args, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                                         row.function, nullptr, nullptr, nullptr);
         if (code != SQLITE_OK)
             raise(3043);
     }

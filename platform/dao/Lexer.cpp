@@ -4,25 +4,13 @@ namespace dao {
 
 namespace {
 
-bool isBlank(QChar c)
-{
-    return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
-}
+bool isBlank(QChar c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
 
-bool isNameStart(QChar c)
-{
-    return c.isLetter() || c == u'_' || c.isSurrogate();
-}
+bool isNameStart(QChar c) { return c.isLetter() || c == u'_' || c.isSurrogate(); }
 
-bool isDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
-}
+bool isDigit(QChar c) { return c >= u'0' && c <= u'9'; }
 
-bool isNamePart(QChar c)
-{
-    return isNameStart(c) || c.isDigit() || c.isMark() || c == u'$';
-}
+bool isNamePart(QChar c) { return isNameStart(c) || c.isDigit() || c.isMark() || c == u'$'; }
 
 class Scanner
 {
@@ -196,9 +184,6 @@ private:
 
 } // namespace
 
-Lexed lex(const QString &text)
-{
-    return Scanner(text).run();
-}
+Lexed lex(const QString &text) { return Scanner(text).run(); }
 
 } // namespace dao

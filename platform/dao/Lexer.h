@@ -10,13 +10,13 @@ namespace dao {
 
 enum class TokenKind {
     End,
-    Name,       // also every keyword
+    Name, // also every keyword
     QuotedName, // [name]
     Integer,
     Real,
     Text,
     Date,
-    Symbol,   // one of ( ) , . ; * = < > <= >= <> + - / \ ^ &
+    Symbol, // one of ( ) , . ; * = < > <= >= <> + - / \ ^ &
     OpenText, // a literal or bracket that the text's end cuts off
     OpenDate,
     OpenName,
@@ -51,7 +51,8 @@ struct Lexed {
     }
 };
 
-/** Never fails: what cannot be read becomes an Open… or Unknown token, which the parser reports in its place. */
+/** Never fails: what cannot be read becomes an Open… or Unknown token, which the parser reports in its place.
+ */
 Lexed lex(const QString &text);
 
 } // namespace dao

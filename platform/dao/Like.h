@@ -4,8 +4,8 @@
 
 namespace dao {
 
-/** Whether the text matches a DAO pattern: * any run, ? one character, # one digit, [list], [!list]. Case does not
-    count. */
+/** Whether the text matches a DAO pattern: * any run, ? one character, # one digit, [list], [!list]. Case
+   does not count. */
 bool likeMatches(QStringView text, QStringView pattern);
 
 } // namespace dao

@@ -17,16 +17,13 @@ constexpr size_t kMaxTokens = 4000;
 
 // Words that cannot be names without brackets.
 constexpr std::array kReserved = {
-    u"SELECT", u"FROM",  u"WHERE", u"ORDER", u"BY",   u"GROUP",   u"HAVING", u"UNION",  u"INNER",    u"LEFT",
-    u"RIGHT",  u"JOIN",  u"ON",    u"AS",    u"AND",  u"OR",      u"NOT",    u"XOR",    u"EQV",      u"IMP",
-    u"LIKE",   u"IS",    u"NULL",  u"IN",    u"MOD",  u"BETWEEN", u"INTO",   u"VALUES", u"DISTINCT", u"SET",
-    u"INSERT", u"UPDATE", u"DELETE",
+    u"SELECT", u"FROM",     u"WHERE", u"ORDER",  u"BY",     u"GROUP",  u"HAVING", u"UNION",   u"INNER",
+    u"LEFT",   u"RIGHT",    u"JOIN",  u"ON",     u"AS",     u"AND",    u"OR",     u"NOT",     u"XOR",
+    u"EQV",    u"IMP",      u"LIKE",  u"IS",     u"NULL",   u"IN",     u"MOD",    u"BETWEEN", u"INTO",
+    u"VALUES", u"DISTINCT", u"SET",   u"INSERT", u"UPDATE", u"DELETE",
 };
 
-bool same(QStringView a, QStringView b)
-{
-    return a.compare(b, Qt::CaseInsensitive) == 0;
-}
+bool same(QStringView a, QStringView b) { return a.compare(b, Qt::CaseInsensitive) == 0; }
 
 bool isReserved(QStringView word)
 {
@@ -55,18 +52,23 @@ struct Level {
     std::array<const char16_t *, 2> ops;
 };
 constexpr Level kLogicLevels[] = {
-    {ExprKind::Logic, {u"IMP", nullptr}}, {ExprKind::Logic, {u"EQV", nullptr}}, {ExprKind::Logic, {u"OR", nullptr}},
-    {ExprKind::Logic, {u"XOR", nullptr}}, {ExprKind::Logic, {u"AND", nullptr}},
+    {ExprKind::Logic, {u"IMP", nullptr}}, {ExprKind::Logic, {u"EQV", nullptr}},
+    {ExprKind::Logic, {u"OR", nullptr}},  {ExprKind::Logic, {u"XOR", nullptr}},
+    {ExprKind::Logic, {u"AND", nullptr}},
 };
 constexpr Level kValueLevels[] = {
-    {ExprKind::Binary, {u"&", nullptr}}, {ExprKind::Binary, {u"+", u"-"}},  {ExprKind::Binary, {u"MOD", nullptr}},
-    {ExprKind::Binary, {u"\\", nullptr}}, {ExprKind::Binary, {u"*", u"/"}},
+    {ExprKind::Binary, {u"&", nullptr}},   {ExprKind::Binary, {u"+", u"-"}},
+    {ExprKind::Binary, {u"MOD", nullptr}}, {ExprKind::Binary, {u"\\", nullptr}},
+    {ExprKind::Binary, {u"*", u"/"}},
 };
 
 class Parser
 {
 public:
-    explicit Parser(const Lexed &lexed) : m_lexed(lexed) {}
+    explicit Parser(const Lexed &lexed)
+        : m_lexed(lexed)
+    {
+    }
 
     Statement run();
 
@@ -118,7 +120,8 @@ private:
     [[noreturn]] void failOperand();
 
     struct Depth {
-        explicit Depth(Parser &parser) : p(parser)
+        explicit Depth(Parser &parser)
+            : p(parser)
         {
             if (++p.m_depth > kMaxDepth)
                 raise(3360);
@@ -131,7 +134,7 @@ private:
     size_t m_at = 0;
     int m_depth = 0;
     qsizetype m_exprBegin = 0; // where the text that an expression's error quotes begins
-    bool m_inList = false;     // the quoted text leaves out the list's closing bracket
+    bool m_inList = false; // the quoted text leaves out the list's closing bracket
 };
 
 bool Parser::is(const char16_t *text) const
@@ -224,8 +227,8 @@ SelectItem Parser::parseItem()
     SelectItem item;
     if (acceptStar(item))
         return item;
-    if (is(u"FROM") || is(u",") || token().kind == TokenKind::End || (token().kind == TokenKind::Name && !isName()
-        && !is(u"NOT") && !is(u"NULL")))
+    if (is(u"FROM") || is(u",") || token().kind == TokenKind::End
+        || (token().kind == TokenKind::Name && !isName() && !is(u"NOT") && !is(u"NULL")))
         raise(3141);
     item.expr = expression();
     if (accept(u"AS"))
@@ -409,8 +412,7 @@ bool Parser::acceptJoin(JoinKind &kind)
 
 ExprPtr Parser::expression()
 {
-    if (m_depth == 0)
-        m_exprBegin = token().begin;
+    m_exprBegin = token().begin;
     return nested();
 }
 
@@ -513,7 +515,8 @@ ExprPtr Parser::power()
 {
     ExprPtr left = operand();
     while (accept(u"^"))
-        left = makeExpr(ExprKind::Binary, u"^"_s, std::move(left), accept(u"-") ? makeExpr(ExprKind::Negate, {}, operand()) : operand());
+        left = makeExpr(ExprKind::Binary, u"^"_s, std::move(left),
+                        accept(u"-") ? makeExpr(ExprKind::Negate, {}, operand()) : operand());
     return left;
 }
 
@@ -530,6 +533,11 @@ ExprPtr Parser::operand()
     }
     if (accept(u"NULL"))
         return makeExpr(ExprKind::Null);
+    if (accept(u"ON")) { // the constant; the ON of a join never stands where an operand does
+        ExprPtr constant = makeExpr(ExprKind::Column);
+        constant->name = u"On"_s;
+        return constant;
+    }
     if (accept(u"(")) {
         const Depth depth(*this);
         ExprPtr inner = nested();
@@ -598,9 +606,6 @@ void Parser::failExpression(const QString &message)
 
 } // namespace
 
-ast::Statement parse(const Lexed &lexed)
-{
-    return Parser(lexed).run();
-}
+ast::Statement parse(const Lexed &lexed) { return Parser(lexed).run(); }
 
 } // namespace dao

@@ -9,10 +9,10 @@ namespace dao {
 
 /** Where the value of an SQLite parameter comes from. */
 struct Parameter {
-    int literal = -1;              // a literal of the statement, or the constant below
+    int literal = -1; // a literal of the statement, or the constant below
     Value constant;
     bool negated = false;
-    bool isStrict = false;         // 1 when rows that cannot be written are errors
+    bool isStrict = false; // 1 when rows that cannot be written are errors
     const Column *store = nullptr; // converted for this column
 };
 
@@ -20,7 +20,7 @@ struct Parameter {
 struct Output {
     QString name;
     QString qualifiedName; // table.column, or empty
-    int from = -1;         // table of FROM that it shows unchanged, or -1
+    int from = -1; // table of FROM that it shows unchanged, or -1
     int column = -1;
     Kind kind = Kind::Text;
 };
@@ -42,11 +42,10 @@ struct Target {
 
 enum class Action { Select, Write, JoinedUpdate, JoinedDelete };
 
-/** A statement understood: SQLite's SQL, what to bind, and what its rows mean. Depends on the statement's shape
-    only, so that all statements of one shape share it. */
+/** A statement understood: SQLite's SQL, what to bind, and what its rows mean. Depends on the statement's
+   shape only, so that all statements of one shape share it. */
 struct Plan {
     Action action = Action::Select;
-    bool cacheable = true;
     QByteArray sql;
     QByteArray lenientSql; // Write: skips rows that cannot be written
     std::vector<Parameter> params;

@@ -1,4 +1,5 @@
 #include "platform/dao/Convert.h"
+#include "platform/dao/DateText.h"
 #include "platform/dao/Errors.h"
 #include "platform/dao/RecordsetPrivate.h"
 
@@ -17,7 +18,9 @@ const QString kFieldSource = u"DAO.Field"_s;
 
 RecordsetPrivate::RecordsetPrivate(std::shared_ptr<Session> session, std::shared_ptr<const Plan> plan,
                                    Bindings bindings)
-    : m_session(std::move(session)), m_plan(std::move(plan)), m_bindings(std::move(bindings))
+    : m_session(std::move(session))
+    , m_plan(std::move(plan))
+    , m_bindings(std::move(bindings))
 {
     run();
 }
@@ -83,15 +86,22 @@ int RecordsetPrivate::outputOf(int index) const
     return index;
 }
 
-Value RecordsetPrivate::field(int output) const
+const std::vector<Value> &RecordsetPrivate::currentValues() const
 {
     if (m_buffer != Buffer::None)
-        return m_edited[size_t(output)];
+        return m_edited;
     requireRow();
     const Row &row = m_rows[size_t(m_current)];
     if (row.deleted)
         raise(3167);
-    return row.values[size_t(output)];
+    return row.values;
+}
+
+Value RecordsetPrivate::field(int output) const
+{
+    const Value &value = currentValues()[size_t(output)];
+    const auto *days = std::get_if<double>(&value.data());
+    return days && m_plan->outputs[size_t(output)].kind == Kind::Date ? Value(fromOleDate(*days)) : value;
 }
 
 void RecordsetPrivate::set(int output, const Value &value)
@@ -144,8 +154,8 @@ Value RecordsetPrivate::newRowValue(const Output &output) const
     if (column.kind == Kind::Auto)
         return m_session->nextAuto(table);
     // Rows that join columns would make exist only once something is assigned to them.
-    const bool optional =
-        std::any_of(m_plan->links.begin(), m_plan->links.end(), [&](const Link &l) { return l.child == output.from; });
+    const bool optional = std::any_of(m_plan->links.begin(), m_plan->links.end(),
+                                      [&](const Link &l) { return l.child == output.from; });
     return optional ? Value() : column.defaultValue;
 }
 
@@ -213,20 +223,17 @@ void RecordsetPrivate::moveTo(int row)
     m_visited = std::max(m_visited, std::min(row + 1, rowCount()));
 }
 
-Recordset::Recordset(std::unique_ptr<RecordsetPrivate> p) : d(std::move(p)) { }
+Recordset::Recordset(std::unique_ptr<RecordsetPrivate> p)
+    : d(std::move(p))
+{
+}
 Recordset::Recordset(Recordset &&) noexcept = default;
 Recordset &Recordset::operator=(Recordset &&) noexcept = default;
 Recordset::~Recordset() = default;
 
-bool Recordset::Bof() const
-{
-    return d->rowCount() == 0 || d->m_current < 0;
-}
+bool Recordset::Bof() const { return d->rowCount() == 0 || d->m_current < 0; }
 
-bool Recordset::Eof() const
-{
-    return d->isEof();
-}
+bool Recordset::Eof() const { return d->isEof(); }
 
 void Recordset::MoveFirst()
 {
@@ -258,10 +265,7 @@ void Recordset::MoveLast()
     });
 }
 
-long Recordset::RecordCount() const
-{
-    return d->m_visited;
-}
+long Recordset::RecordCount() const { return d->m_visited; }
 
 QStringList Recordset::FieldNames() const
 {

@@ -52,6 +52,7 @@ public:
     Assigned m_assigned;
 
 private:
+    const std::vector<Value> &currentValues() const;
     Value newRowValue(const Output &output) const;
     void refresh(Row &row, const RowKeys &before);
 };

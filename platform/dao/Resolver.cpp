@@ -18,8 +18,11 @@ class Resolver
 {
 public:
     Resolver(const Lexed &lexed, const Schema &schema)
-        : m_schema(schema), m_statement(parse(lexed)), m_plan(std::make_shared<Plan>()),
-          m_exprs(m_scope, lexed, *m_plan), m_from(m_scope, m_exprs)
+        : m_schema(schema)
+        , m_statement(parse(lexed))
+        , m_plan(std::make_shared<Plan>())
+        , m_exprs(m_scope, lexed, *m_plan)
+        , m_from(m_scope, m_exprs)
     {
     }
 
@@ -161,7 +164,8 @@ void Resolver::addExpression(const SelectItem &item, QList<QByteArray> &columns)
     const ExprWriter::Written written = m_exprs.value(*item.expr);
     columns.append(written.sql);
     Output output;
-    output.name = item.alias.isEmpty() ? u"Expr"_s + QString::number(1000 + m_plan->outputs.size()) : item.alias;
+    output.name
+        = item.alias.isEmpty() ? u"Expr"_s + QString::number(1000 + m_plan->outputs.size()) : item.alias;
     output.kind = written.type == Type::Boolean ? Kind::YesNo
         : written.type == Type::Date            ? Kind::Date
         : written.type == Type::Number          ? Kind::Number
@@ -173,9 +177,7 @@ void Resolver::addExpression(const SelectItem &item, QList<QByteArray> &columns)
 void Resolver::nameOutputs()
 {
     QHash<QString, int> bareNames;
-    const auto bareName = [this](const Output &o) {
-        return m_scope.column({o.from, o.column}).name;
-    };
+    const auto bareName = [this](const Output &o) { return m_scope.column({o.from, o.column}).name; };
     for (const Output &output : m_plan->outputs) {
         if (output.name.isEmpty())
             ++bareNames[bareName(output).toCaseFolded()];
@@ -249,8 +251,8 @@ void Resolver::resolveInsert()
         names.append(quoteName(column.name));
         values.append(m_exprs.stored(*m_statement.values[i], column));
     }
-    const QByteArray rest =
-        "INTO " + table->sqlName + " (" + names.join(", ") + ") VALUES (" + values.join(", ") + ')';
+    const QByteArray rest
+        = "INTO " + table->sqlName + " (" + names.join(", ") + ") VALUES (" + values.join(", ") + ')';
     m_plan->action = Action::Write;
     m_plan->sql = "INSERT " + rest;
     m_plan->lenientSql = "INSERT OR IGNORE " + rest;
@@ -287,7 +289,8 @@ bool Resolver::updatesPlainly() const
     const int table = m_plan->targets.front().from;
     const auto isChild = [table](const Link &link) { return link.outer && link.child == table; };
     return m_statement.from.size() == 1
-        && std::all_of(m_plan->targets.begin(), m_plan->targets.end(), [table](Target t) { return t.from == table; })
+        && std::all_of(m_plan->targets.begin(), m_plan->targets.end(),
+                       [table](Target t) { return t.from == table; })
         && std::all_of(m_statement.set.begin(), m_statement.set.end(),
                        [](const SetItem &item) { return ExprWriter::isConstant(*item.value); })
         && std::none_of(m_plan->links.begin(), m_plan->links.end(), isChild);
@@ -303,7 +306,8 @@ void Resolver::writePlainUpdate()
         const Column &column = table.columns[size_t(m_plan->targets[i].column)];
         sets.append(quoteName(column.name) + " = " + m_exprs.stored(*m_statement.set[i].value, column));
     }
-    QByteArray rest = table.sqlName + (single ? " AS " + Scope::alias(0) : QByteArray()) + " SET " + sets.join(", ");
+    QByteArray rest
+        = table.sqlName + (single ? " AS " + Scope::alias(0) : QByteArray()) + " SET " + sets.join(", ");
     if (single) {
         rest += where();
     } else {

@@ -1,7 +1,6 @@
 #include "platform/dao/RowWriter.h"
 
 #include "platform/dao/Convert.h"
-#include "platform/dao/DateText.h"
 #include "platform/dao/Errors.h"
 
 namespace dao {
@@ -25,11 +24,10 @@ Value readColumn(const sqlite::Statement &statement, int index, Kind kind)
     case Kind::Integer:
         return statement.integer(index);
     case Kind::Number:
+    case Kind::Date:
         return statement.number(index);
     case Kind::YesNo:
         return statement.integer(index) != 0;
-    case Kind::Date:
-        return fromOleDate(statement.number(index));
     default:
         return statement.text(index);
     }
@@ -155,7 +153,8 @@ void RowWriter::remove(const RowKeys &keys)
         const Table &table = *m_plan.tables[size_t(*from)];
         m_session.beginWrite();
         {
-            sqlite::Use statement(m_session.prepare("DELETE FROM " + table.sqlName + " WHERE " + table.key + " = ?"));
+            sqlite::Use statement(
+                m_session.prepare("DELETE FROM " + table.sqlName + " WHERE " + table.key + " = ?"));
             statement->bind(1, Value(*key));
             statement->step();
         }

@@ -24,9 +24,10 @@ Kind kindOf(const QString &type)
         Kind kind;
     };
     static constexpr Row kRows[] = {
-        {u"YESNO", Kind::YesNo}, {u"DATE", Kind::Date},   {u"MEMO", Kind::Memo},   {u"INT", Kind::Integer},
-        {u"TEXT(", Kind::Text},  {u"CHAR", Kind::Text},   {u"NONEMPTY", Kind::Text}, {u"TEXT", Kind::Memo},
-        {u"CLOB", Kind::Memo},   {u"NUMBER", Kind::Number}, {u"REAL", Kind::Number}, {u"DOUB", Kind::Number},
+        {u"YESNO", Kind::YesNo},   {u"DATE", Kind::Date},   {u"MEMO", Kind::Memo},
+        {u"INT", Kind::Integer},   {u"TEXT(", Kind::Text},  {u"CHAR", Kind::Text},
+        {u"NONEMPTY", Kind::Text}, {u"TEXT", Kind::Memo},   {u"CLOB", Kind::Memo},
+        {u"NUMBER", Kind::Number}, {u"REAL", Kind::Number}, {u"DOUB", Kind::Number},
         {u"FLOA", Kind::Number},
     };
     for (const Row &row : kRows) {
@@ -116,8 +117,9 @@ void Table::addColumn(Column column)
 Schema Schema::load(sqlite::Connection &connection)
 {
     Schema schema;
-    sqlite::Statement statement(connection.handle(), "SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name "
-                                                     "NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid");
+    sqlite::Statement statement(connection.handle(),
+                                "SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name "
+                                "NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid");
     while (statement.step())
         schema.m_tables.push_back(readTable(connection, statement.text(0), statement.text(1)));
     for (const auto &table : schema.m_tables)
@@ -125,10 +127,7 @@ Schema Schema::load(sqlite::Connection &connection)
     return schema;
 }
 
-const Table *Schema::find(const QString &name) const
-{
-    return m_index.value(name.toCaseFolded(), nullptr);
-}
+const Table *Schema::find(const QString &name) const { return m_index.value(name.toCaseFolded(), nullptr); }
 
 QByteArray quoteName(const QString &name)
 {

@@ -19,17 +19,17 @@ enum class Kind { Auto, Integer, Number, YesNo, Date, Text, Memo };
 struct Column {
     QString name;
     Kind kind = Kind::Text;
-    int size = 255;         // characters, Text only
+    int size = 255; // characters, Text only
     bool required = false;
-    bool nonEmpty = false;  // "" is refused
+    bool nonEmpty = false; // "" is refused
     Value defaultValue;
 };
 
 struct Table {
     QString name;
     QByteArray sqlName; // quoted for SQLite
-    /** The whole-number column that names a row, quoted: the declared key or a hidden one. A column and not "rowid",
-        because SQLite finds the latter not inside bracketed joins. */
+    /** The whole-number column that names a row, quoted: the declared key or a hidden one. A column and not
+       "rowid", because SQLite finds the latter not inside bracketed joins. */
     QByteArray key;
     int keyColumn = -1; // the declared column that is the key, or -1
     bool hasAuto = false;

@@ -74,15 +74,12 @@ std::optional<ColumnRef> Scope::resolve(const QString &table, const QString &nam
             continue;
         if (found)
             raise(3079, name);
-        found = ColumnRef{i, column};
+        found = ColumnRef {i, column};
     }
     return found;
 }
 
-QByteArray Scope::sql(ColumnRef ref) const
-{
-    return alias(ref.from) + '.' + quoteName(column(ref).name);
-}
+QByteArray Scope::sql(ColumnRef ref) const { return alias(ref.from) + '.' + quoteName(column(ref).name); }
 
 TableSet tablesOf(const ast::Expr &expr, const Scope &scope)
 {

@@ -1,11 +1,13 @@
 #include "platform/dao/Session.h"
 
-#include "platform/dao/DateText.h"
 #include "platform/dao/Convert.h"
+#include "platform/dao/DateText.h"
 #include "platform/dao/Errors.h"
 #include "platform/dao/Resolver.h"
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -39,8 +41,8 @@ Value parameterValue(const Parameter &parameter, const Bindings &bindings)
 {
     if (parameter.isStrict)
         return Value(bindings.strict ? 1 : 0);
-    Value value =
-        parameter.literal < 0 ? parameter.constant : literalValue(bindings.literals[size_t(parameter.literal)]);
+    Value value = parameter.literal < 0 ? parameter.constant
+                                        : literalValue(bindings.literals[size_t(parameter.literal)]);
     if (!parameter.store)
         return value;
     try {
@@ -54,7 +56,9 @@ Value parameterValue(const Parameter &parameter, const Bindings &bindings)
 
 } // namespace
 
-Session::Session(const QString &path, bool exclusive) : m_path(path), m_exclusive(exclusive)
+Session::Session(const QString &path, bool exclusive)
+    : m_path(path)
+    , m_exclusive(exclusive)
 {
     m_lock = std::make_unique<FileLock>(path, exclusive);
     try {
@@ -106,6 +110,9 @@ void Session::close()
     std::exception_ptr failure;
     try {
         commitPending();
+        // While others stay, this is what brings the log into the file, for whoever copies it now.
+        if (!m_exclusive)
+            m_connection->run("PRAGMA wal_checkpoint(PASSIVE)");
     } catch (const VbError &) {
         failure = std::current_exception();
     }
@@ -129,10 +136,7 @@ std::shared_ptr<const Plan> Session::plan(const Lexed &lexed)
     return made;
 }
 
-std::shared_ptr<const Plan> Session::tablePlan(const QString &name)
-{
-    return resolveTable(name, m_schema);
-}
+std::shared_ptr<const Plan> Session::tablePlan(const QString &name) { return resolveTable(name, m_schema); }
 
 std::shared_ptr<sqlite::Statement> Session::prepare(const QByteArray &sql)
 {
@@ -148,19 +152,15 @@ std::shared_ptr<sqlite::Statement> Session::prepare(const QByteArray &sql)
 
 void Session::bind(sqlite::Statement &statement, const Plan &plan, const Bindings &bindings) const
 {
-    for (size_t i = 0; i < plan.params.size(); ++i)
+    // Names that are looked at but not used leave parameters that no SQL mentions.
+    const size_t used = std::min(plan.params.size(), size_t(statement.parameterCount()));
+    for (size_t i = 0; i < used; ++i)
         statement.bind(int(i) + 1, parameterValue(plan.params[i], bindings));
 }
 
-qint64 Session::lastInsertedKey() const
-{
-    return sqlite3_last_insert_rowid(m_connection->handle());
-}
+qint64 Session::lastInsertedKey() const { return sqlite3_last_insert_rowid(m_connection->handle()); }
 
-long Session::changes() const
-{
-    return long(sqlite3_changes64(m_connection->handle()));
-}
+long Session::changes() const { return long(sqlite3_changes64(m_connection->handle())); }
 
 qint64 Session::nextAuto(const Table &table)
 {
@@ -180,15 +180,12 @@ void Session::beginWrite()
 void Session::endWrite()
 {
     // Without an event loop nothing would ever let the other users in.
-    if (!m_exclusive && !QCoreApplication::instance())
+    if (m_nesting == 0 && !m_exclusive && !QCoreApplication::instance())
         commitPending();
 }
 
 /** SQLite's own answer: a failure as grave as a full disk ends the transaction by itself. */
-bool Session::inTransaction() const
-{
-    return !sqlite3_get_autocommit(m_connection->handle());
-}
+bool Session::inTransaction() const { return !sqlite3_get_autocommit(m_connection->handle()); }
 
 /** Shared users must not be locked out for longer than one turn of the event loop. */
 void Session::scheduleCommit()
@@ -232,6 +229,7 @@ void Session::atomically(const std::function<void()> &writes)
 {
     beginWrite();
     sqlite::Use(prepare("SAVEPOINT several"))->step();
+    const QScopedValueRollback<int> nesting(m_nesting, m_nesting + 1);
     try {
         writes();
     } catch (...) {

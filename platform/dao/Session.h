@@ -65,6 +65,7 @@ private:
     Schema m_schema;
     QHash<QString, std::shared_ptr<const Plan>> m_plans;
     QHash<QByteArray, std::shared_ptr<sqlite::Statement>> m_statements;
+    int m_nesting = 0; // of atomically()
     std::unique_ptr<QTimer> m_timer;
     std::exception_ptr m_commitFailure;
 };

@@ -14,10 +14,7 @@ namespace {
 constexpr int kBusyMilliseconds = 2000;
 constexpr int kMaxLength = 50'000'000;
 
-QString message(sqlite3 *db)
-{
-    return QString::fromUtf8(sqlite3_errmsg(db));
-}
+QString message(sqlite3 *db) { return QString::fromUtf8(sqlite3_errmsg(db)); }
 
 /** Checks are named after the DAO error that they stand for: "3163 Column". */
 [[noreturn]] void raiseNamed(const QString &name)
@@ -90,10 +87,11 @@ void raise(sqlite3 *db, int code)
     }
 }
 
-Statement::Statement(sqlite3 *db, const QByteArray &sql) : m_db(db)
+Statement::Statement(sqlite3 *db, const QByteArray &sql)
+    : m_db(db)
 {
-    const int code =
-        sqlite3_prepare_v3(db, sql.constData(), int(sql.size()), SQLITE_PREPARE_PERSISTENT, &m_handle, nullptr);
+    const int code = sqlite3_prepare_v3(db, sql.constData(), int(sql.size()), SQLITE_PREPARE_PERSISTENT,
+                                        &m_handle, nullptr);
     if (code != SQLITE_OK)
         raise(db, code);
 }
@@ -114,7 +112,7 @@ void Statement::bind(int i, const Value &value)
             return sqlite3_bind_text(s, i, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
         }
     };
-    const int code = std::visit(Binder{m_handle, i}, value.data());
+    const int code = std::visit(Binder {m_handle, i}, value.data());
     if (code != SQLITE_OK)
         raise(m_db, code);
 }
@@ -129,10 +127,7 @@ bool Statement::step()
     raise(m_db, code);
 }
 
-void Statement::reset()
-{
-    sqlite3_reset(m_handle);
-}
+void Statement::reset() { sqlite3_reset(m_handle); }
 
 QString Statement::text(int column) const
 {

@@ -44,7 +44,10 @@ private:
 class Use
 {
 public:
-    explicit Use(std::shared_ptr<Statement> statement) : m_statement(std::move(statement)) {}
+    explicit Use(std::shared_ptr<Statement> statement)
+        : m_statement(std::move(statement))
+    {
+    }
     ~Use() { m_statement->reset(); }
     Use(const Use &) = delete;
     Use &operator=(const Use &) = delete;

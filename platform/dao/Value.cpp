@@ -11,20 +11,11 @@ namespace dao {
 
 namespace {
 
-[[noreturn]] void raiseNull()
-{
-    throw VbError(94, u"Invalid use of Null"_s);
-}
+[[noreturn]] void raiseNull() { throw VbError(94, u"Invalid use of Null"_s); }
 
-[[noreturn]] void raiseMismatch()
-{
-    throw VbError(13, u"Type mismatch"_s);
-}
+[[noreturn]] void raiseMismatch() { throw VbError(13, u"Type mismatch"_s); }
 
-[[noreturn]] void raiseOverflow()
-{
-    throw VbError(6, u"Overflow"_s);
-}
+[[noreturn]] void raiseOverflow() { throw VbError(6, u"Overflow"_s); }
 
 double parseNumber(const QString &text)
 {
@@ -76,7 +67,7 @@ QString Value::text() const
         QString operator()(const QDateTime &v) const { return generalDateText(v); }
         QString operator()(const QString &v) const { return v; }
     };
-    return std::visit(Writer{}, m_data);
+    return std::visit(Writer {}, m_data);
 }
 
 qint64 Value::integer() const
@@ -86,10 +77,7 @@ qint64 Value::integer() const
     return roundToEven(number());
 }
 
-double Value::number() const
-{
-    return std::visit(NumberReader{}, m_data);
-}
+double Value::number() const { return std::visit(NumberReader {}, m_data); }
 
 bool Value::boolean() const
 {

@@ -88,8 +88,9 @@ TEST_F(AddDeviceTest, Names)
     };
     constexpr const char16_t *kGood = u"";
     const Row rows[] = {
-        { u"", u"NULL is not a valid device name or IP address.\r\n"
-               u"Please make your corrections before pressing the next button." },
+        { u"",
+            u"NULL is not a valid device name or IP address.\r\n"
+            u"Please make your corrections before pressing the next button." },
         { u"NULL", u"NULL is not a valid" },
         { u"7", u"7 is not a valid" },
         { u"12", u"12 is not a valid" },
@@ -102,8 +103,9 @@ TEST_F(AddDeviceTest, Names)
         { u"192.168.1.256", kGood },
         { u"192.168.1.25", kGood },
         { u"10.0.0.1-web", kGood },
-        { u"WEB.example", u"WEB.example already exists as a monitored device.\r\n"
-                          u"You must specify a different device name." },
+        { u"WEB.example",
+            u"WEB.example already exists as a monitored device.\r\n"
+            u"You must specify a different device name." },
         { u"10.0.0.9-10.0.0.1", u"10.0.0.9-10.0.0.1 is not a valid" },
         { u"10.0.0.1-256", u"10.0.0.1-256 is not a valid" },
         { u"10.0.0.1/21", u"10.0.0.1/21 is not a valid" },
@@ -232,7 +234,8 @@ TEST_F(AddDeviceTest, ARangeMakesWhatIsMissingAndGivesAllTheSameChecks)
     EXPECT_EQ(names().size(), before + 1021);
     EXPECT_EQ(distinct(u"Select Group_ID, Device_Alias, Device_Desc FROM tblDevices WHERE Device_ID > 3"_s),
         QStringList(u"1|Null|lab"_s));
-    EXPECT_EQ(world.rows(u"Select Port_ID FROM tblPortMain WHERE Port_Num = '80' AND Device_ID > 3"_s).size(), 1021);
+    EXPECT_EQ(world.rows(u"Select Port_ID FROM tblPortMain WHERE Port_Num = '80' AND Device_ID > 3"_s).size(),
+        1021);
     EXPECT_EQ(world.rows(u"Select Port_ID FROM tblPortStatus WHERE Device_ID > 3"_s).size(), 2 * 1021);
     EXPECT_EQ(world.rows(u"Select Port_ID FROM tblPortMain WHERE Device_ID = 3"_s).size(), 0)
         << "a device that existed keeps what it had";

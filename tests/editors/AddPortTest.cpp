@@ -44,8 +44,9 @@ protected:
     AddPortTest() { fillCatalogue(); }
     QStringList checks(int device)
     {
-        return world.rows(u"Select Port_ID, Port_Num, Port_Type, Port_Desc, Port_Email_Notify FROM tblPortMain"
-                          " WHERE Device_ID = %1 ORDER BY Port_ID"_s.arg(device));
+        return world.rows(
+            u"Select Port_ID, Port_Num, Port_Type, Port_Desc, Port_Email_Notify FROM tblPortMain"
+            " WHERE Device_ID = %1 ORDER BY Port_ID"_s.arg(device));
     }
 };
 
@@ -54,7 +55,8 @@ TEST_F(AddPortTest, TicksDecideWhatIsDeletedAddedAndLeftAlone)
     SaveSetting(u"Options"_s, u"EmailNotify"_s, u"0"_s);
     world.sql(u"UPDATE tblPortStatus SET Port_Success = 7, Port_Failure = 2"_s);
     for (int port : { net.ping, net.port80 })
-        world.sql(u"INSERT INTO tblPortEmailTemplate (Port_ID, Device_ID) VALUES (%1, %2)"_s.arg(port).arg(net.web));
+        world.sql(u"INSERT INTO tblPortEmailTemplate (Port_ID, Device_ID) VALUES (%1, %2)"_s.arg(port).arg(
+            net.web));
     openWindow();
     select(NodeLevel::Device, net.deviceKey);
     drive("mnutvAddPort", { [](Driver &form) {
@@ -79,8 +81,8 @@ TEST_F(AddPortTest, TicksDecideWhatIsDeletedAddedAndLeftAlone)
         EXPECT_EQ(toAdd.item(1)->text(), u"443\tSecure web"_s);
         QTest::keyClick(&form.form(), Qt::Key_Return);
     } });
-    EXPECT_EQ(checks(net.web),
-        QStringList({ u"2|80|Port|test check|True"_s, u"4|443|Port|Secure web|False"_s }));
+    EXPECT_EQ(
+        checks(net.web), QStringList({ u"2|80|Port|test check|True"_s, u"4|443|Port|Secure web|False"_s }));
     EXPECT_EQ(world.rows(u"Select Port_ID, Device_ID, Port_Status, Port_Icon, Port_Success, Port_Failure"
                          " FROM tblPortStatus ORDER BY Port_ID"_s),
         QStringList({ u"2|1|Not checked|5|7|2"_s, u"4|1|Not checked|5|0|0"_s }));
@@ -153,8 +155,9 @@ TEST_F(AddPortTest, ErrorsEndTheProgramUnderTheirProcedure)
     // Opening reads the checks, then the catalogue; finishing reads the checks, then deletes or adds.
     for (const Row &row : { Row { u"Step0", 0 }, Row { u"Step1", 1 } }) {
         failAccess(row.skipped);
-        expectEnd(QString::fromUtf16(row.procedure),
-            [&] { frmAddPort(recorded, { { net.web, u"web.example"_s } }); });
+        expectEnd(QString::fromUtf16(row.procedure), [&] {
+            frmAddPort(recorded, { { net.web, u"web.example"_s } });
+        });
         reopen();
     }
     for (const Row &row : { Row { u"Del_Ports", 1 }, Row { u"Add_Ports", 2 }, Row { u"AddPortToDB", 3 } }) {

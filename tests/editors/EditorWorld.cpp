@@ -104,8 +104,8 @@ void EditorWorld::failAccess(int index)
 
 void EditorWorld::fillCatalogue()
 {
-    for (const QString &row : { u"'Echo request', 'ICMP', 0"_s, u"'Discard', 'TCP', 9"_s, u"'Mail', 'TCP', 25"_s,
-             u"'Web', 'tcp', 80"_s, u"'Secure web', 'TCP', 443"_s })
+    for (const QString &row : { u"'Echo request', 'ICMP', 0"_s, u"'Discard', 'TCP', 9"_s,
+             u"'Mail', 'TCP', 25"_s, u"'Web', 'tcp', 80"_s, u"'Secure web', 'TCP', 443"_s })
         world.sql(u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ("_s + row + u")"_s);
 }
 

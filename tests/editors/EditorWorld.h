@@ -22,7 +22,8 @@ public:
     QString currentKey() const override { return key; }
     QString currentText() const override { return text; }
     void setNodeText(NodeLevel, const QString &node, const QString &to) override;
-    void addNode(NodeLevel, const QString &parent, const QString &node, const QString &label, int image) override;
+    void addNode(
+        NodeLevel, const QString &parent, const QString &node, const QString &label, int image) override;
     void removeNode(NodeLevel, const QString &node) override;
     void selectNode(NodeLevel, const QString &node) override;
     void refreshViews() override;
@@ -74,8 +75,8 @@ protected:
     RecordingTree recorded;
 
     void openWindow() { open(&editors); }
-    /** Carries out a command; acts drive the forms that it opens, one after the other. A form that an act leaves
-        open is a fault. */
+    /** Carries out a command; acts drive the forms that it opens, one after the other. A form that an act
+       leaves open is a fault. */
     void drive(const char *command, QList<std::function<void(Driver &)>> acts);
     /** Shows a form without the window. */
     static void show(QDialog &form);

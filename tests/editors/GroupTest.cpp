@@ -9,7 +9,8 @@ class GroupTest : public EditorWorld
 protected:
     QStringList groups()
     {
-        return world.rows(u"Select Group_ID, Group_Label, Group_Desc, Group_Icon FROM tblGroup ORDER BY Group_ID"_s);
+        return world.rows(
+            u"Select Group_ID, Group_Label, Group_Desc, Group_Icon FROM tblGroup ORDER BY Group_ID"_s);
     }
 };
 

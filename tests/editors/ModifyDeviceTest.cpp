@@ -11,8 +11,10 @@ class ModifyDeviceTest : public EditorWorld
 protected:
     QString row(int device)
     {
-        return world.rows(u"Select Device_Name, Device_Alias, Device_Desc, HTML_Output, MSAgent_Referr_Device,"
-                          " MSAgent_Pronounce_Device FROM tblDevices WHERE Device_ID = %1"_s.arg(device)).value(0);
+        return world
+            .rows(u"Select Device_Name, Device_Alias, Device_Desc, HTML_Output, MSAgent_Referr_Device,"
+                  " MSAgent_Pronounce_Device FROM tblDevices WHERE Device_ID = %1"_s.arg(device))
+            .value(0);
     }
     static QString state(Driver &form)
     {
@@ -25,7 +27,8 @@ protected:
 
 TEST_F(ModifyDeviceTest, EveryControlIsLoadedAndStored)
 {
-    world.sql(u"UPDATE tblDevices SET MSAgent_Referr_Device = True, HTML_Output = False WHERE Device_ID = 1"_s);
+    world.sql(
+        u"UPDATE tblDevices SET MSAgent_Referr_Device = True, HTML_Output = False WHERE Device_ID = 1"_s);
     openWindow();
     select(NodeLevel::Device, net.deviceKey);
     drive("mnutvProperties", { [&](Driver &form) {

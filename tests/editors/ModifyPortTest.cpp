@@ -11,7 +11,8 @@ namespace {
 const QStringList &masks()
 {
     static const QStringList texts { QString(), u"<DEVICE>:<PORT>"_s,
-        u"<DEVICE> port <PORT> failed on <DATE> because <REASON>."_s, u"<DEVICE> port <PORT> recovered on <DATE>."_s };
+        u"<DEVICE> port <PORT> failed on <DATE> because <REASON>."_s,
+        u"<DEVICE> port <PORT> recovered on <DATE>."_s };
     return texts;
 }
 
@@ -22,12 +23,14 @@ class ModifyPortTest : public EditorWorld
 protected:
     QStringList templates()
     {
-        return world.rows(u"Select Port_ID, Device_ID, Email_Address, Email_Subject, Email_Failure, Email_Recovery"
-                          " FROM tblPortEmailTemplate"_s);
+        return world.rows(
+            u"Select Port_ID, Device_ID, Email_Address, Email_Subject, Email_Failure, Email_Recovery"
+            " FROM tblPortEmailTemplate"_s);
     }
     QStringList check()
     {
-        return world.rows(u"Select Port_Desc, Port_Email_Notify FROM tblPortMain WHERE Port_ID = %1"_s.arg(net.port80));
+        return world.rows(
+            u"Select Port_Desc, Port_Email_Notify FROM tblPortMain WHERE Port_ID = %1"_s.arg(net.port80));
     }
     void addTemplate()
     {
@@ -74,8 +77,8 @@ TEST_F(ModifyPortTest, ATemplateIsMadeFromTheMasks)
     } });
     EXPECT_EQ(check(), QStringList(u"it's the shop|False"_s));
     EXPECT_EQ(templates(),
-        QStringList(u"%1|%2|ops@example|Shop|%3|%4"_s.arg(QString::number(net.port80), QString::number(net.web),
-            masks().at(2), masks().at(3))));
+        QStringList(u"%1|%2|ops@example|Shop|%3|%4"_s.arg(
+            QString::number(net.port80), QString::number(net.web), masks().at(2), masks().at(3))));
 }
 
 TEST_F(ModifyPortTest, AnExistingTemplateIsKeptChangedOrRemoved)

@@ -13,7 +13,8 @@ protected:
         for (int i = 0; i < list.topLevelItemCount(); ++i) {
             const QTreeWidgetItem *item = list.topLevelItem(i);
             lines << item->data(0, Qt::AccessibleDescriptionRole).toString().section(u':', 0, 0) + u'|'
-                    + item->text(1) + u'|' + item->text(2) + (item->icon(0).isNull() ? u"|none"_s : QString());
+                    + item->text(1) + u'|' + item->text(2)
+                    + (item->icon(0).isNull() ? u"|none"_s : QString());
         }
         return lines;
     }
@@ -21,7 +22,8 @@ protected:
 
 TEST_F(PortDetailsTest, CountersTimesAndHistory)
 {
-    world.sql(u"UPDATE tblPortStatus SET Port_Failure = 3, Port_Success = 1, Port_Status = 'Failed', Ping_Min = 1.5,"
+    world.sql(u"UPDATE tblPortStatus SET Port_Failure = 3, Port_Success = 1, Port_Status = 'Failed', "
+              u"Ping_Min = 1.5,"
               " Ping_Max = 30, Ping_Avg = 12"_s);
     openWindow();
     const auto record = [&](int minute, const QString &type, const QString &event, int device, int port) {

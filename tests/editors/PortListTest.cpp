@@ -22,7 +22,10 @@ QStringList listed(Driver &form)
     return lines;
 }
 
-void choose(Driver &form, Mode mode) { QTest::mouseClick(&form.at("optArray", mode), Qt::LeftButton, {}, { 5, 8 }); }
+void choose(Driver &form, Mode mode)
+{
+    QTest::mouseClick(&form.at("optArray", mode), Qt::LeftButton, {}, { 5, 8 });
+}
 
 } // namespace
 
@@ -85,8 +88,8 @@ TEST_F(PortListTest, AddChangeAndRemove)
                 u"Port:65535|65535|Last"_s }));
         form.press(kClose);
     } });
-    EXPECT_EQ(stored(u"Port_Num > 9"_s),
-        QStringList({ u"25|Post|TCP"_s, u"80|Pages|tcp"_s, u"65535|Last|TCP"_s }));
+    EXPECT_EQ(
+        stored(u"Port_Num > 9"_s), QStringList({ u"25|Post|TCP"_s, u"80|Pages|tcp"_s, u"65535|Last|TCP"_s }));
     EXPECT_EQ(world.announcer.log, QStringList());
 }
 

@@ -25,10 +25,7 @@ Truth both(Truth x, Truth y)
     return x && y ? Truth(true) : std::nullopt;
 }
 
-Truth opposite(Truth x)
-{
-    return x ? Truth(!*x) : std::nullopt;
-}
+Truth opposite(Truth x) { return x ? Truth(!*x) : std::nullopt; }
 
 class RandomConditions : public DaoFixture
 {
@@ -43,7 +40,7 @@ protected:
         const bool withB = below(3) == 0;
         const int number = below(5) - 2;
         const auto compare = [op](int x, int y) {
-            const bool results[] = {x == y, x != y, x < y, x > y, x <= y, x >= y};
+            const bool results[] = {x == y, x != y, x<y, x> y, x <= y, x >= y};
             return results[op];
         };
         return {u"%1 %2 %3"_s.arg(ofA ? u"Port_Success"_s : u"Port_Failure"_s, QString::fromUtf16(kOps[op]),
@@ -65,27 +62,29 @@ protected:
             return {u"NOT (%1)"_s.arg(x.sql), [x](const Row &row) { return opposite(x.holds(row)); }};
         const Condition y = condition(depth - 1);
         if (kind == 2)
-            return {u"(%1) AND (%2)"_s.arg(x.sql, y.sql), [x, y](const Row &r) { return both(x.holds(r), y.holds(r)); }};
-        return {u"(%1) OR (%2)"_s.arg(x.sql, y.sql), [x, y](const Row &r) {
-                    return opposite(both(opposite(x.holds(r)), opposite(y.holds(r))));
-                }};
+            return {u"(%1) AND (%2)"_s.arg(x.sql, y.sql),
+                    [x, y](const Row &r) { return both(x.holds(r), y.holds(r)); }};
+        return {u"(%1) OR (%2)"_s.arg(x.sql, y.sql),
+                [x, y](const Row &r) { return opposite(both(opposite(x.holds(r)), opposite(y.holds(r)))); }};
     }
 
 private:
-    QRandomGenerator m_random{20000};
+    QRandomGenerator m_random {20000};
 };
 
 TEST_F(RandomConditions, SelectWhatTheyShould)
 {
     std::vector<Row> table;
     run(u"DELETE * FROM tblPortStatus"_s);
-    const auto cell = [this]() -> std::optional<int> { return below(4) == 0 ? std::nullopt : std::optional(below(5) - 2); };
+    const auto cell = [this]() -> std::optional<int> {
+        return below(4) == 0 ? std::nullopt : std::optional(below(5) - 2);
+    };
     const auto sql = [](std::optional<int> v) { return v ? QString::number(*v) : u"Null"_s; };
     for (int key = 1; key <= 60; ++key) {
-        const Row row{key, cell(), cell()};
+        const Row row {key, cell(), cell()};
         table.push_back(row);
-        run(u"INSERT INTO tblPortStatus (Port_ID, Port_Success, Port_Failure) VALUES (%1, %2, %3)"_s.arg(key).arg(sql(row.a),
-                                                                                                                  sql(row.b)));
+        run(u"INSERT INTO tblPortStatus (Port_ID, Port_Success, Port_Failure) VALUES (%1, %2, %3)"_s.arg(key)
+                .arg(sql(row.a), sql(row.b)));
     }
     for (int round = 0; round < 1500; ++round) {
         const Condition c = condition(3);

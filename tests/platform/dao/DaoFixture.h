@@ -93,38 +93,44 @@ private:
     static constexpr const char16_t *kRows[] = {
         u"INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('Servers', 'Main room')",
         u"INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('office', '')",
-        u"INSERT INTO tblDevices (Group_ID, Device_Name, Device_Alias, HTML_Output, MSAgent_Referr_Device)"
-        u" VALUES (1, 'alpha.example', 'Zeta', True, False)",
+        u"INSERT INTO tblDevices (Group_ID, Device_Name, Device_Alias, HTML_Output, MSAgent_Referr_Device) "
+        u"VALUES (1, 'alpha.example', 'Zeta', True, False)",
         u"INSERT INTO tblDevices (Group_ID, Device_Name, Device_Icon) VALUES ('1', 'beta', 3)",
-        u"INSERT INTO tblDevices (Group_ID, Device_Name, Device_Alias, Device_Icon, HTML_Output)"
-        u" VALUES (2, 'Gamma', 'alias', 12, -1)",
-        u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type, Port_Email_Notify) VALUES (1, 'Ping', 'Port', True)",
-        u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type, Port_Email_Notify) VALUES (1, '80', 'Port', True)",
+        u"INSERT INTO tblDevices (Group_ID, Device_Name, Device_Alias, Device_Icon, HTML_Output) VALUES (2, "
+        u"'Gamma', 'alias', 12, -1)",
+        u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type, Port_Email_Notify) VALUES (1, 'Ping', "
+        u"'Port', True)",
+        u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type, Port_Email_Notify) VALUES (1, '80', "
+        u"'Port', True)",
         u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type) VALUES (1, 443, 'Port')",
-        u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type, Port_Email_Notify) VALUES (2, 'Ping', 'Port', True)",
+        u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type, Port_Email_Notify) VALUES (2, 'Ping', "
+        u"'Port', True)",
         u"INSERT INTO tblPortMain (Device_ID, Port_Num, Port_Type) VALUES (3, '21', 'Port')",
         u"INSERT INTO tblPortStatus (Port_ID, Device_ID) VALUES (1, 1)",
-        u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Mode, Port_Icon, Port_Icon_Flag, Port_Last_Error)"
-        u" VALUES (2, 1, -1, 7, -1, 'refused')",
-        u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Mode, Port_Icon, Port_Icon_Flag) VALUES (3, 1, 2, 6, 1)",
-        u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Mode, Port_Icon, Port_Icon_Flag) VALUES (4, 2, 1, 6, 1)",
+        u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Mode, Port_Icon, Port_Icon_Flag, "
+        u"Port_Last_Error) VALUES (2, 1, -1, 7, -1, 'refused')",
+        u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Mode, Port_Icon, Port_Icon_Flag) VALUES (3, 1, "
+        u"2, 6, 1)",
+        u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Mode, Port_Icon, Port_Icon_Flag) VALUES (4, 2, "
+        u"1, 6, 1)",
         u"INSERT INTO tblPortStatus (Port_ID, Device_ID, Port_Icon) VALUES (5, 3, 13)",
-        u"INSERT INTO tblPortEmailTemplate (Port_ID, Device_ID, Email_Address, Email_Subject)"
-        u" VALUES (2, 1, 'ops@example', 'web')",
-        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event)"
-        u" VALUES ('1', '2', '4', '1/31/2001 10:00:00 AM', 'Failure', 'web is down');",
-        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event)"
-        u" VALUES ('1', '2', '3', '2/1/2001 9:59:59 PM', 'Recovered', 'web is back');",
-        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event)"
-        u" VALUES ('0', '0', '2', '1/2/2001 1:00:00 AM', 'Message', 'hello');",
-        u"INSERT INTO tblMailQue(Device_Name, Device_Port, Mail_To ,Mail_Subject ,Mail_Body)"
-        u" VALUES ( 'beta', 'Ping', 'a@b', 'down', 'line 1');",
-        u"INSERT INTO tblMailQue(Device_Name, Device_Port, Mail_To ,Mail_Subject ,Mail_Body)"
-        u" VALUES ( 'alpha.example', '80', 'c@d', 'up', '');",
+        u"INSERT INTO tblPortEmailTemplate (Port_ID, Device_ID, Email_Address, Email_Subject) VALUES (2, 1, "
+        u"'ops@example', 'web')",
+        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES "
+        u"('1', '2', '4', '1/31/2001 10:00:00 AM', 'Failure', 'web is down');",
+        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES "
+        u"('1', '2', '3', '2/1/2001 9:59:59 PM', 'Recovered', 'web is back');",
+        u"INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES "
+        u"('0', '0', '2', '1/2/2001 1:00:00 AM', 'Message', 'hello');",
+        u"INSERT INTO tblMailQue(Device_Name, Device_Port, Mail_To ,Mail_Subject ,Mail_Body) VALUES ( "
+        u"'beta', 'Ping', 'a@b', 'down', 'line 1');",
+        u"INSERT INTO tblMailQue(Device_Name, Device_Port, Mail_To ,Mail_Subject ,Mail_Body) VALUES ( "
+        u"'alpha.example', '80', 'c@d', 'up', '');",
         u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ('Web', 'TCP', 80);",
         u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ('Ping', 'TCP', 0);",
         u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ('Transfer', 'TCP', 21);",
-        u"INSERT INTO tblAgentAnnounce (Saying, Speach, PlayOrder, Animation, Agent_X) VALUES ('Hi', 'two', 2, 'Wave', 5)",
+        u"INSERT INTO tblAgentAnnounce (Saying, Speach, PlayOrder, Animation, Agent_X) VALUES ('Hi', 'two', "
+        u"2, 'Wave', 5)",
         u"INSERT INTO tblAgentAnnounce (Saying, Speach, PlayOrder) VALUES ('hi', 'one', 1)",
         u"INSERT INTO tblScripts (Script_Event, Script) VALUES ('OnFailure', 'Sub Main' + ' : End Sub')",
     };

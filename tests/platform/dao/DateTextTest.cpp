@@ -19,8 +19,9 @@ TEST_F(Dates, AreOleDayNumbers)
         QDateTime when;
         double days;
     };
-    for (const Row &row : {Row{at(1899, 12, 30), 0}, Row{at(1900, 1, 1, 12), 2.5}, Row{at(1899, 12, 29, 6), -1.25},
-                           Row{at(2001, 1, 31, 18), 36922.75}, Row{at(9999, 12, 31), 2958465}}) {
+    for (const Row &row :
+         {Row {at(1899, 12, 30), 0}, Row {at(1900, 1, 1, 12), 2.5}, Row {at(1899, 12, 29, 6), -1.25},
+          Row {at(2001, 1, 31, 18), 36922.75}, Row {at(9999, 12, 31), 2958465}}) {
         EXPECT_DOUBLE_EQ(dao::toOleDate(row.when), row.days);
         EXPECT_EQ(dao::fromOleDate(row.days), row.when) << row.days;
     }
@@ -32,9 +33,11 @@ TEST_F(Dates, AreOleDayNumbers)
 
 TEST_F(Dates, RoundTripInEveryLocale)
 {
-    const QList<QDateTime> instants = {at(2001, 2, 1, 1, 2, 3),    at(2001, 1, 31, 12, 0, 0), at(2024, 2, 29, 0, 0, 0),
-                                       at(2031, 11, 12, 23, 59, 59), at(1999, 12, 11, 10, 9, 8)};
-    for (const QLocale &locale : QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry)) {
+    const QList<QDateTime> instants
+        = {at(2001, 2, 1, 1, 2, 3), at(2001, 1, 31, 12, 0, 0), at(2024, 2, 29, 0, 0, 0),
+           at(2031, 11, 12, 23, 59, 59), at(1999, 12, 11, 10, 9, 8)};
+    for (const QLocale &locale :
+         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry)) {
         dao::setDateLocale(locale);
         for (const QDateTime &when : instants) {
             const QString text = dao::generalDateText(when);
@@ -55,8 +58,10 @@ TEST_F(Dates, AreWrittenInTheLocale)
         const char16_t *text;
     };
     const QDateTime when = at(2001, 2, 1, 22, 5, 9);
-    for (const Row &row : {Row{QLocale(u"en_US"_s), u"2/1/2001 10:05:09 PM"}, Row{QLocale(u"de_DE"_s), u"01.02.2001 22:05:09"},
-                           Row{QLocale(u"en_GB"_s), u"01/02/2001 22:05:09"}, Row{QLocale::c(), u"1 Feb 2001 22:05:09"}}) {
+    for (const Row &row :
+         {Row {QLocale(u"en_US"_s), u"2/1/2001 10:05:09 PM"},
+          Row {QLocale(u"de_DE"_s), u"01.02.2001 22:05:09"},
+          Row {QLocale(u"en_GB"_s), u"01/02/2001 22:05:09"}, Row {QLocale::c(), u"1 Feb 2001 22:05:09"}}) {
         dao::setDateLocale(row.locale);
         EXPECT_EQ(dao::generalDateText(when), QString::fromUtf16(row.text)) << row.locale.name();
     }
@@ -94,7 +99,8 @@ TEST_F(Dates, InLiteralsPutTheMonthFirst)
         dao::setDateLocale(locale);
         for (const Row &row : rows) {
             const auto when = dao::parseDateLiteral(QString::fromUtf16(row.text));
-            EXPECT_EQ(when.value_or(QDateTime()), row.when) << locale.name() << ' ' << QString::fromUtf16(row.text);
+            EXPECT_EQ(when.value_or(QDateTime()), row.when)
+                << locale.name() << ' ' << QString::fromUtf16(row.text);
         }
     }
 }
@@ -106,9 +112,11 @@ TEST_F(Dates, InTextsFollowTheLocale)
         const char16_t *text;
         QDateTime when;
     };
-    for (const Row &row : {Row{u"en_GB", u"2/1/2001", at(2001, 1, 2)}, Row{u"en_US", u"2/1/2001", at(2001, 2, 1)},
-                           Row{u"de_DE", u"1.2.2001 9:05", at(2001, 2, 1, 9, 5)}, Row{u"de_DE", u"09:05:01", at(1899, 12, 30, 9, 5, 1)},
-                           Row{u"de_DE", u"2001-02-01", at(2001, 2, 1)}, Row{u"de_DE", u"", {}}, Row{u"de_DE", u"x", {}}}) {
+    for (const Row &row :
+         {Row {u"en_GB", u"2/1/2001", at(2001, 1, 2)}, Row {u"en_US", u"2/1/2001", at(2001, 2, 1)},
+          Row {u"de_DE", u"1.2.2001 9:05", at(2001, 2, 1, 9, 5)},
+          Row {u"de_DE", u"09:05:01", at(1899, 12, 30, 9, 5, 1)},
+          Row {u"de_DE", u"2001-02-01", at(2001, 2, 1)}, Row {u"de_DE", u"", {}}, Row {u"de_DE", u"x", {}}}) {
         dao::setDateLocale(QLocale(QString::fromUtf16(row.locale)));
         EXPECT_EQ(dao::parseGeneralDate(QString::fromUtf16(row.text)).value_or(QDateTime()), row.when)
             << QString::fromUtf16(row.text);
@@ -125,7 +133,8 @@ class Expiry : public DaoFixture, public testing::WithParamInterface<ExpiryRow>
     void TearDown() override { dao::setDateLocale(QLocale::system()); }
 };
 
-/** The way a date goes through the program: quoted on writing, between # with slashes for dots on deleting. */
+/** The way a date goes through the program: quoted on writing, between # with slashes for dots on deleting.
+ */
 TEST_P(Expiry, TakesExactlyWhatIsOlder)
 {
     dao::setDateLocale(QLocale(QString::fromUtf16(GetParam().locale)));
@@ -141,9 +150,10 @@ TEST_P(Expiry, TakesExactlyWhatIsOlder)
     EXPECT_EQ(rows(u"SELECT Event_Icon FROM tblEventLog ORDER BY Event_Date"_s), u"0\n1\n2419200"_s);
 }
 
-constexpr ExpiryRow kLocales[] = {{"C", u"C"},         {"American", u"en_US"}, {"British", u"en_GB"},
+constexpr ExpiryRow kLocales[] = {{"C", u"C"},          {"American", u"en_US"}, {"British", u"en_GB"},
                                   {"German", u"de_DE"}, {"Finnish", u"fi_FI"},  {"Japanese", u"ja_JP"},
                                   {"Danish", u"da_DK"}, {"Mexican", u"es_MX"},  {"Hungarian", u"hu_HU"}};
-INSTANTIATE_TEST_SUITE_P(Dao, Expiry, testing::ValuesIn(kLocales), [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Dao, Expiry, testing::ValuesIn(kLocales),
+                         [](const auto &row) { return row.param.name; });
 
 } // namespace

@@ -25,14 +25,19 @@ constexpr ErrorRow kErrors[] = {
     {"FromGroupBy", u"SELECT * FROM tblGroup GROUP BY Group_ID", 3131, nullptr},
     {"JoinHalf", u"SELECT * FROM tblGroup INNER tblDevices", 3135, u"Syntax error in JOIN operation."},
     {"JoinWithoutOn", u"SELECT * FROM tblGroup INNER JOIN tblDevices", 3135, nullptr},
-    {"JoinOpen", u"SELECT * FROM (tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID = tblDevices.Group_ID", 3135, nullptr},
-    {"JoinStranger", u"SELECT * FROM tblMailQue, tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID = tblMailQue.ID", 3080,
+    {"JoinOpen", u"SELECT * FROM (tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID = tblDevices.Group_ID",
+     3135, nullptr},
+    {"JoinStranger",
+     u"SELECT * FROM tblMailQue, tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID = tblMailQue.ID", 3080,
      nullptr},
-    {"JoinOnMemo", u"SELECT * FROM tblEventLog INNER JOIN tblScripts ON tblEventLog.Event = tblScripts.Script", 3118, nullptr},
-    {"JoinOnSomethingElse", u"SELECT * FROM tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID IS NULL", 3296, nullptr},
+    {"JoinOnMemo",
+     u"SELECT * FROM tblEventLog INNER JOIN tblScripts ON tblEventLog.Event = tblScripts.Script", 3118,
+     nullptr},
+    {"JoinOnSomethingElse", u"SELECT * FROM tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID IS NULL", 3296,
+     nullptr},
     {"InnerInsideOuter",
-     u"SELECT * FROM tblGroup LEFT JOIN(tblDevices INNER JOIN tblPortMain ON tblDevices.Device_ID = tblPortMain.Device_ID) "
-     u"ON tblGroup.Group_ID = tblDevices.Group_ID",
+     u"SELECT * FROM tblGroup LEFT JOIN(tblDevices INNER JOIN tblPortMain ON tblDevices.Device_ID = "
+     u"tblPortMain.Device_ID) ON tblGroup.Group_ID = tblDevices.Group_ID",
      3258, nullptr},
     {"OrderHalf", u"SELECT * FROM tblGroup ORDER Group_ID", 3138, u"Syntax error in ORDER BY clause."},
     {"OrderEmpty", u"SELECT * FROM tblGroup ORDER BY", 3138, nullptr},
@@ -42,24 +47,27 @@ constexpr ErrorRow kErrors[] = {
     {"UpdateComparing", u"UPDATE tblGroup SET Group_Icon > 1", 3144, nullptr},
     {"DeleteWithoutFrom", u"DELETE *", 3130, u"Syntax error in DELETE statement."},
     {"DeleteUnnamed", u"DELETE * FROM tblGroup, tblDevices", 3128, nullptr},
-    {"InsertWithoutValues", u"INSERT INTO tblGroup (Group_Label)", 3134, u"Syntax error in INSERT INTO statement."},
+    {"InsertWithoutValues", u"INSERT INTO tblGroup (Group_Label)", 3134,
+     u"Syntax error in INSERT INTO statement."},
     {"InsertSelect", u"INSERT INTO tblGroup (Group_Label) SELECT Group_Label FROM tblGroup", 3134, nullptr},
     {"InsertTooFew", u"INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('a')", 3346, nullptr},
     {"InsertUnknownColumn", u"INSERT INTO tblGroup (Label) VALUES ('a')", 3127,
-     u"The INSERT INTO statement contains the following unknown field name: 'Label'. Make sure you have typed the name "
-     u"correctly, and try the operation again."},
+     u"The INSERT INTO statement contains the following unknown field name: 'Label'. Make sure you have "
+     u"typed the name correctly, and try the operation again."},
     {"OneUnknownName", u"SELECT * FROM tblGroup WHERE Groupid = 1", 3061, u"Too few parameters. Expected 1."},
-    {"TwoUnknownNames", u"DELETE * FROM tblGroup WHERE a = 1 OR b > 2 OR A = 3", 3061, u"Too few parameters. Expected 2."},
+    {"TwoUnknownNames", u"DELETE * FROM tblGroup WHERE a = 1 OR b > 2 OR A = 3", 3061,
+     u"Too few parameters. Expected 2."},
     {"BareWordAgainstNumber", u"SELECT * FROM tblGroup WHERE Group_ID = Ping", 3061, nullptr},
     {"UnknownTargetColumn", u"UPDATE tblGroup SET Groupid = 1", 3061, nullptr},
     {"UnknownTable", u"SELECT * FROM tblNone", 3078,
-     u"The Microsoft Jet database engine cannot find the input table or query 'tblNone'. Make sure it exists and that its "
-     u"name is spelled correctly."},
+     u"The Microsoft Jet database engine cannot find the input table or query 'tblNone'. Make sure it exists "
+     u"and that its name is spelled correctly."},
     {"EngineTable", u"SELECT * FROM sqlite_master", 3078, nullptr},
     {"TwoMeanings", u"SELECT Device_ID FROM tblDevices, tblPortMain", 3079, nullptr},
     {"SameTableTwice", u"SELECT * FROM tblGroup, tblGroup", 3074, nullptr},
     {"AliasTwice", u"SELECT Group_ID AS x, Group_Desc AS X FROM tblGroup", 3062, nullptr},
-    {"TextWithNumber", u"SELECT * FROM tblGroup WHERE Group_ID = 'a'", 3464, u"Data type mismatch in criteria expression."},
+    {"TextWithNumber", u"SELECT * FROM tblGroup WHERE Group_ID = 'a'", 3464,
+     u"Data type mismatch in criteria expression."},
     {"TextWithDate", u"SELECT * FROM tblEventLog WHERE Event_Date < '1/1/2001'", 3464, nullptr},
     {"Function", u"SELECT Count(*) FROM tblGroup", 3085, nullptr},
     {"Subquery", u"SELECT * FROM tblGroup WHERE Group_ID IN (SELECT 1 FROM tblGroup)", 3075, nullptr},
@@ -77,12 +85,14 @@ constexpr ErrorRow kErrors[] = {
      u"Syntax error (missing operator) in query expression 'Device_Name = 'O'Brien''."},
     {"ApostropheAtEnd", u"SELECT * FROM tblDevices WHERE Device_Name = 'O''", 3075,
      u"Syntax error in string in query expression 'Device_Name = 'O'''."},
-    {"ApostropheInValues", u"INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('a', 'O'Brien', 'b');", 3075,
-     u"Syntax error (missing operator) in query expression ''O'Brien', 'b''."},
-    {"ApostropheInSet", u"UPDATE tblGroup SET Group_Label = 'O'Brien', Group_Desc = '' WHERE Group_ID = 1", 3075,
+    {"ApostropheInValues", u"INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('a', 'O'Brien', 'b');",
+     3075, u"Syntax error (missing operator) in query expression ''O'Brien', 'b''."},
+    {"ApostropheInSet", u"UPDATE tblGroup SET Group_Label = 'O'Brien', Group_Desc = '' WHERE Group_ID = 1",
+     3075,
      u"Syntax error (missing operator) in query expression ''O'Brien', Group_Desc = '' WHERE Group_ID = 1'."},
-    {"ApostropheClosesStatement", u"SELECT * FROM tblDevices WHERE Device_Name = 'x'; DELETE * FROM tblGroup WHERE 'a' = 'a'",
-     3142, nullptr},
+    {"ApostropheClosesStatement",
+     u"SELECT * FROM tblDevices WHERE Device_Name = 'x'; DELETE * FROM tblGroup WHERE 'a' = 'a'", 3142,
+     nullptr},
     {"TooDeep", nullptr, 3360, u"Query is too complex."},
 };
 
@@ -113,7 +123,8 @@ TEST_P(Errors, BearTheNumberAndChangeNothing)
     EXPECT_EQ(rows(u"tblGroup"_s) + rows(u"tblEventLog"_s), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Dao, Errors, testing::ValuesIn(kErrors), [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Dao, Errors, testing::ValuesIn(kErrors),
+                         [](const auto &row) { return row.param.name; });
 
 struct StrictRow {
     const char16_t *sql;
@@ -149,7 +160,8 @@ TEST_F(RowFailures, AreRaisedOnlyOnDemand)
 
 TEST_F(RowFailures, OfTooLongTextsLeaveTheRowAlone)
 {
-    const QString sql = u"UPDATE tblGroup SET Group_Label = '%1' WHERE Group_ID = 1"_s.arg(QString(256, u'x'));
+    const QString sql
+        = u"UPDATE tblGroup SET Group_Label = '%1' WHERE Group_ID = 1"_s.arg(QString(256, u'x'));
     EXPECT_EQ(failure([&] { run(sql, dao::dbFailOnError); }), 3163);
     EXPECT_EQ(run(sql), 0);
     EXPECT_EQ(run(u"UPDATE tblGroup SET Group_Label = '%1' WHERE Group_ID = 1"_s.arg(QString(255, u'x'))), 1);

@@ -44,7 +44,8 @@ TEST_F(Files, ThatCannotBeOpened)
     ASSERT_EQ(dao::Errors().size(), 1);
     EXPECT_EQ(dao::Errors().constFirst().source, u"DAO.Workspace"_s);
     db->Close();
-    EXPECT_EQ(names(), (QStringList{u"damaged.mdb"_s, u"empty.mdb"_s, u"jet.mdb"_s, u"test.mdb"_s, u"text.mdb"_s}))
+    EXPECT_EQ(names(),
+              (QStringList {u"damaged.mdb"_s, u"empty.mdb"_s, u"jet.mdb"_s, u"test.mdb"_s, u"text.mdb"_s}))
         << "no lock file and no log stays behind";
 }
 
@@ -183,7 +184,8 @@ TEST_F(Files, AreCompacted)
 {
     run(u"DELETE * FROM tblMailQue WHERE ID = 2"_s);
     for (int i = 0; i < 2000; ++i)
-        run(u"INSERT INTO tblScripts (Script_Event, Script) VALUES ('%1', '%2')"_s.arg(i).arg(QString(200, u'x')));
+        run(u"INSERT INTO tblScripts (Script_Event, Script) VALUES ('%1', '%2')"_s.arg(i).arg(
+            QString(200, u'x')));
     run(u"DELETE * FROM tblScripts WHERE Script_Event <> 'OnFailure'"_s);
     EXPECT_EQ(failure([&] { dao::CompactDatabase(path(), path(u"open.mdb"_s)); }), 3356);
     db->Close();
@@ -195,7 +197,7 @@ TEST_F(Files, AreCompacted)
     EXPECT_EQ(failure([&] { dao::CompactDatabase(path(), path()); }), 3204);
     EXPECT_EQ(failure([&] { dao::CompactDatabase(path(u"none.mdb"_s), path(u"new.mdb"_s)); }), 3024);
     EXPECT_EQ(failure([&] { dao::CompactDatabase(path(), path(u"none/new.mdb"_s)); }), 3044);
-    EXPECT_EQ(names(), (QStringList{u"small.mdb"_s, u"test.mdb"_s}));
+    EXPECT_EQ(names(), (QStringList {u"small.mdb"_s, u"test.mdb"_s}));
     db = dao::OpenDatabase(path(u"small.mdb"_s), true);
     EXPECT_EQ(rows(u"tblScripts"_s), u"OnFailure|Sub Main : End Sub"_s);
     EXPECT_EQ(rows(u"SELECT Device_Name FROM tblDevices WHERE Device_Name = 'GAMMA'"_s), u"Gamma"_s);
@@ -212,19 +214,21 @@ TEST_F(Files, ThatAreDamagedLeaveNoHalfCopy)
     file.write(QByteArray(int(file.size()) - 4096, '\x5a'));
     file.close();
     EXPECT_NE(failure([&] { dao::CompactDatabase(path(), path(u"copy.mdb"_s)); }), 0);
-    EXPECT_EQ(names(), QStringList{u"test.mdb"_s});
+    EXPECT_EQ(names(), QStringList {u"test.mdb"_s});
 }
 
 TEST_F(Files, AreMadeFromDefinitions)
 {
     EXPECT_EQ(failure([&] { create(path()); }), 3204);
-    EXPECT_EQ(failure([&] { dao::CreateDatabase(path(u"bad.mdb"_s), {u"CREATE TABLE a (b COLOUR)"_s}); }), 3290);
-    EXPECT_EQ(failure([&] { dao::CreateDatabase(path(u"bad.mdb"_s), {u"CREATE TABLE a (b MEMO); x"_s}); }), 3142);
+    EXPECT_EQ(failure([&] { dao::CreateDatabase(path(u"bad.mdb"_s), {u"CREATE TABLE a (b COLOUR)"_s}); }),
+              3290);
+    EXPECT_EQ(failure([&] { dao::CreateDatabase(path(u"bad.mdb"_s), {u"CREATE TABLE a (b MEMO); x"_s}); }),
+              3142);
     EXPECT_FALSE(QFile::exists(path(u"bad.mdb"_s)));
-    dao::CreateDatabase(path(u"own.mdb"_s),
-                        {u"CREATE TABLE [odd name] (ID AUTO, [the \"text\"] TEXT(3) NOT EMPTY DEFAULT 'it''s', n INTEGER NOT "
-                         u"NULL, yes YESNO DEFAULT True)"_s,
-                         u"CREATE UNIQUE INDEX one ON [odd name] (n)"_s});
+    dao::CreateDatabase(
+        path(u"own.mdb"_s),
+        {u"CREATE TABLE [odd name] (ID AUTO, [the \"text\"] TEXT(3) NOT EMPTY DEFAULT 'it''s', n INTEGER NOT NULL, yes YESNO DEFAULT True)"_s,
+         u"CREATE UNIQUE INDEX one ON [odd name] (n)"_s});
     db = dao::OpenDatabase(path(u"own.mdb"_s), true);
     const QString insert = u"INSERT INTO [odd name] (n, [the \"text\"]) VALUES (%1, '%2')"_s;
     EXPECT_EQ(failure([&] { run(insert.arg(u"Null"_s, u"a"_s), dao::dbFailOnError); }), 3314);

@@ -8,20 +8,14 @@ protected:
     dao::Recordset openAdding(const QString &port)
     {
         return db->OpenRecordset(
-            u"Select tblPortMain.Port_Num, tblPortMain.Port_Type, tblPortMain.Port_Desc, tblPortMain.Port_Email_Notify, "
-            u"tblPortMain.Port_ID as PortID, tblPortMain.Device_ID as MainID, tblPortStatus.Device_ID as StatusID FROM "
-            u"tblPortMain LEFT JOIN tblPortStatus ON tblPortMain.Port_ID = tblPortStatus.Port_ID WHERE "
-            u"tblPortMain.Device_ID = 2 AND tblPortMain.Port_Num like '%1'"_s.arg(port));
+            u"Select tblPortMain.Port_Num, tblPortMain.Port_Type, tblPortMain.Port_Desc, tblPortMain.Port_Email_Notify, tblPortMain.Port_ID as PortID, tblPortMain.Device_ID as MainID, tblPortStatus.Device_ID as StatusID FROM tblPortMain LEFT JOIN tblPortStatus ON tblPortMain.Port_ID = tblPortStatus.Port_ID WHERE tblPortMain.Device_ID = 2 AND tblPortMain.Port_Num like '%1'"_s
+                .arg(port));
     }
     dao::Recordset openEditing(const QString &port)
     {
         return db->OpenRecordset(
-            u"Select tblDevices.Device_Name, tblPortMain.Port_Desc, tblPortMain.Port_ID as PORTID, "
-            u"tblPortEmailTemplate.Email_Address, tblPortEmailTemplate.Email_Subject, tblPortEmailTemplate.Email_Failure, "
-            u"tblPortEmailTemplate.Email_Recovery, tblPortMain.Port_Email_Notify, tblPortEmailTemplate.Device_ID, "
-            u"tblPortEmailTemplate.Port_ID FROM tblDevices LEFT JOIN(tblPortMain LEFT JOIN tblPortEmailTemplate ON "
-            u"tblPortEmailTemplate.Port_ID = tblPortMain.Port_ID) ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE "
-            u"tblDevices.Device_ID = 1 AND tblPortMain.Port_Num ='%1'"_s.arg(port));
+            u"Select tblDevices.Device_Name, tblPortMain.Port_Desc, tblPortMain.Port_ID as PORTID, tblPortEmailTemplate.Email_Address, tblPortEmailTemplate.Email_Subject, tblPortEmailTemplate.Email_Failure, tblPortEmailTemplate.Email_Recovery, tblPortMain.Port_Email_Notify, tblPortEmailTemplate.Device_ID, tblPortEmailTemplate.Port_ID FROM tblDevices LEFT JOIN(tblPortMain LEFT JOIN tblPortEmailTemplate ON tblPortEmailTemplate.Port_ID = tblPortMain.Port_ID) ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = 1 AND tblPortMain.Port_Num ='%1'"_s
+                .arg(port));
     }
     static void edit(dao::Recordset &rs)
     {
@@ -65,7 +59,8 @@ TEST_F(JoinWrites, EditACheckThatHasATemplate)
     ASSERT_FALSE(rs.Eof());
     edit(rs);
     EXPECT_EQ(rows(u"tblPortEmailTemplate"_s), u"2|1|new@example|s|f|"_s);
-    EXPECT_EQ(rows(u"SELECT Port_Desc, Port_Email_Notify FROM tblPortMain WHERE Port_ID = 2"_s), u"changed|False"_s);
+    EXPECT_EQ(rows(u"SELECT Port_Desc, Port_Email_Notify FROM tblPortMain WHERE Port_ID = 2"_s),
+              u"changed|False"_s);
 }
 
 TEST_F(JoinWrites, EditACheckThatGetsItsTemplate)
@@ -91,13 +86,14 @@ TEST_F(JoinWrites, TouchOnlyWhatWasAssigned)
     rs.Edit();
     rs.Set(u"Email_Subject"_s, dao::Value::null());
     rs.Update();
-    EXPECT_EQ(rows(u"SELECT Port_ID, Email_Subject FROM tblPortEmailTemplate"_s), u"2|web\n3|Null"_s) << "Null counts too";
+    EXPECT_EQ(rows(u"SELECT Port_ID, Email_Subject FROM tblPortEmailTemplate"_s), u"2|web\n3|Null"_s)
+        << "Null counts too";
 }
 
 TEST_F(JoinWrites, AllOrNothing)
 {
-    auto rs = db->OpenRecordset(u"SELECT b.Port_Desc AS Second, a.Port_Desc AS First, b.Port_Num AS Number FROM tblPortMain a "
-                                u"INNER JOIN tblTCPPorts b ON a.Port_ID = b.Port_Num"_s);
+    auto rs = db->OpenRecordset(
+        u"SELECT b.Port_Desc AS Second, a.Port_Desc AS First, b.Port_Num AS Number FROM tblPortMain a INNER JOIN tblTCPPorts b ON a.Port_ID = b.Port_Num"_s);
     EXPECT_TRUE(rs.Eof());
     run(u"UPDATE tblTCPPorts SET Port_Num = 2 WHERE Port_Num = 21"_s);
     rs.Requery();
@@ -112,8 +108,7 @@ TEST_F(JoinWrites, NeedTheRowBetween)
 {
     run(u"DELETE * FROM tblPortMain WHERE Device_ID = 3"_s);
     auto rs = db->OpenRecordset(
-        u"SELECT a.Device_Name, c.Email_Subject FROM tblDevices a LEFT JOIN(tblPortMain b LEFT JOIN tblPortEmailTemplate c "
-        u"ON b.Port_ID = c.Port_ID) ON a.Device_ID = b.Device_ID WHERE a.Device_ID = 3"_s);
+        u"SELECT a.Device_Name, c.Email_Subject FROM tblDevices a LEFT JOIN(tblPortMain b LEFT JOIN tblPortEmailTemplate c ON b.Port_ID = c.Port_ID) ON a.Device_ID = b.Device_ID WHERE a.Device_ID = 3"_s);
     rs.Edit();
     rs.Set(u"Email_Subject"_s, u"x"_s);
     EXPECT_EQ(failure([&] { rs.Update(); }), 3332);
@@ -121,8 +116,8 @@ TEST_F(JoinWrites, NeedTheRowBetween)
 
 TEST_F(JoinWrites, DeleteTheManySide)
 {
-    auto rs = db->OpenRecordset(u"SELECT a.Device_ID, b.Port_ID FROM tblDevices a LEFT JOIN tblPortMain b ON a.Device_ID = "
-                                u"b.Device_ID WHERE a.Device_ID >= 2"_s);
+    auto rs = db->OpenRecordset(
+        u"SELECT a.Device_ID, b.Port_ID FROM tblDevices a LEFT JOIN tblPortMain b ON a.Device_ID = b.Device_ID WHERE a.Device_ID >= 2"_s);
     rs.Delete();
     rs.MoveNext();
     run(u"DELETE * FROM tblPortMain WHERE Device_ID = 3"_s);

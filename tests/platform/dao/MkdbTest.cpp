@@ -23,7 +23,8 @@ protected:
     {
         QProcess process;
         process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(QStringLiteral(KAVRO_MKDB), {QStringLiteral(KAVRO_SCHEMA), path(u"rows"_s), path(u"made.mdb"_s)});
+        process.start(QStringLiteral(KAVRO_MKDB),
+                      {QStringLiteral(KAVRO_SCHEMA), path(u"rows"_s), path(u"made.mdb"_s)});
         process.waitForFinished(20000);
         if (said)
             *said = QString::fromUtf8(process.readAll()).trimmed();
@@ -49,8 +50,9 @@ TEST_F(DatabaseMaker, NamesFileAndLineOfAnError)
         const char *rows;
         int line;
     };
-    for (const Row &row : {Row{"Port_Num\tPort_Desc\n1\ta\n1\tb\n", 3}, Row{"Port_Num\tPort_Desc\nx\ta\n", 2},
-                           Row{"Port_Num\tPort_Desc\n1\n", 2}, Row{"Port_Num\tNothing\n1\ta\n", 2}}) {
+    for (const Row &row :
+         {Row {"Port_Num\tPort_Desc\n1\ta\n1\tb\n", 3}, Row {"Port_Num\tPort_Desc\nx\ta\n", 2},
+          Row {"Port_Num\tPort_Desc\n1\n", 2}, Row {"Port_Num\tNothing\n1\ta\n", 2}}) {
         writeRows(u"tblTCPPorts"_s, row.rows);
         QString said;
         EXPECT_EQ(make(&said), 1) << row.rows;

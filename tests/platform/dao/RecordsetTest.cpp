@@ -39,8 +39,8 @@ TEST_F(Recordsets, WithoutRows)
 
 TEST_F(Recordsets, FindFieldsByName)
 {
-    auto rs = db->OpenRecordset(u"SELECT *, a.Port_ID AS PORTID FROM tblPortMain AS a, tblPortStatus AS b WHERE a.Port_ID = "
-                                u"b.Port_ID AND a.Port_ID = 2"_s);
+    auto rs = db->OpenRecordset(
+        u"SELECT *, a.Port_ID AS PORTID FROM tblPortMain AS a, tblPortStatus AS b WHERE a.Port_ID = b.Port_ID AND a.Port_ID = 2"_s);
     EXPECT_EQ(rs.Field(u"PortID"_s).integer(), 2);
     EXPECT_EQ(rs.Field(u"b.device_id"_s).integer(), 1);
     EXPECT_EQ(rs.Field(u"a.Port_Num"_s).text(), u"80"_s) << "a unique column by its full name";
@@ -65,8 +65,8 @@ TEST_F(Recordsets, EditOneRow)
     EXPECT_EQ(rows(u"SELECT Port_Success FROM tblPortStatus WHERE Port_ID = 2"_s), u"0"_s);
     rs.Update();
     const QString stored = u"Connected|17|1.25|3/1/2024 12:00:00 AM|Null"_s;
-    const QString columns = u"SELECT Port_Status, Port_Success, Ping_Avg, Port_Fail_Date, Port_Rec_Date FROM tblPortStatus "
-                            u"WHERE Port_ID = 2"_s;
+    const QString columns
+        = u"SELECT Port_Status, Port_Success, Ping_Avg, Port_Fail_Date, Port_Rec_Date FROM tblPortStatus WHERE Port_ID = 2"_s;
     EXPECT_EQ(rows(columns), stored);
     EXPECT_EQ(rs.Field(u"Port_Fail_Date"_s).dateTime(), QDateTime(QDate(2024, 3, 1), QTime(0, 0)));
     EXPECT_EQ(failure([&] { rs.Update(); }), 3020);
@@ -93,7 +93,8 @@ TEST_F(Recordsets, RefuseWhatAColumnCannotHold)
     rs.Set(u"Device_Icon"_s, 2.5);
     rs.Set(u"Device_Name"_s, 80);
     rs.Update();
-    EXPECT_EQ(rows(u"SELECT Device_Name, Device_Icon, HTML_Output FROM tblDevices WHERE Device_ID = 1"_s), u"80|2|True"_s);
+    EXPECT_EQ(rows(u"SELECT Device_Name, Device_Icon, HTML_Output FROM tblDevices WHERE Device_ID = 1"_s),
+              u"80|2|True"_s);
     auto joined = db->OpenRecordset(u"SELECT Port_Num FROM tblPortMain, tblDevices"_s);
     EXPECT_EQ(failure([&] { joined.Edit(); }), 3027);
     EXPECT_EQ(failure([&] { joined.AddNew(); }), 3027);

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <cstdio>
 
-// holder PATH shared|exclusive [SQL]: opens the database, runs the statement without committing it, says so and waits
-// for a line on its input.
+// holder PATH shared|exclusive [SQL]: opens the database, runs the statement without committing it, says so
+// and waits for a line on its input.
 int main(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
