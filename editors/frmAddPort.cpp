@@ -8,8 +8,10 @@
 
 #include <QAbstractButton>
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -19,6 +21,19 @@ namespace {
 
 constexpr Twips kSize { 7305, 3390 };
 constexpr int kPortWidth = 90;
+
+/** The style draws an empty tick box in a shade of the window's colour, which a dark list swallows. */
+void outlineTicks(QTreeWidget &list)
+{
+    const QPalette around = list.palette();
+    QPalette inside = around;
+    inside.setColor(QPalette::Window, around.color(QPalette::PlaceholderText));
+    list.setPalette(inside);
+    for (QWidget *each :
+        { static_cast<QWidget *>(list.header()), static_cast<QWidget *>(list.verticalScrollBar()),
+            static_cast<QWidget *>(list.horizontalScrollBar()) })
+        each->setPalette(around);
+}
 
 } // namespace
 
@@ -62,6 +77,7 @@ QWidget *frmAddPort::cataloguePage()
     column->setContentsMargins(0, 0, 0, 0);
     m_catalogue = table("lvListView", tr("Ports to monitor"), { u"Port"_s, u"Description"_s });
     m_catalogue->setColumnWidth(0, kPortWidth);
+    outlineTicks(*m_catalogue);
     m_ticked = hint();
     connect(m_catalogue, &QTreeWidget::itemChanged, this, &frmAddPort::hintTicked);
     column->addWidget(m_catalogue, 1);

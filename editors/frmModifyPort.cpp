@@ -67,7 +67,7 @@ QWidget *frmModifyPort::checkPage()
     m_description = lineBox("txtArray", 2, tr("Description"));
     m_notify = named(new QCheckBox(tr("Send an e-&mail when this check fails or recovers"), page), "chkArray",
         0, tr("Send an e-mail when this check fails or recovers"));
-    addRow(*rows, tr("D&evice:"), m_device);
+    addRow(*rows, tr("De&vice:"), m_device);
     addRow(*rows, tr("&Port:"), m_number);
     addRow(*rows, tr("&Description:"), m_description);
     rows->addRow(m_notify);

@@ -189,7 +189,8 @@ const std::array kMenus {
         { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails", "-",
             "mnuViewExpandNodes", "mnuViewCollapseNodes" } },
     Menu { "mnutvRightClick", "Tree",
-        { "mnutvRefresh", "-", "mnutvAddGroup", "mnutvAddDevice", "mnutvAddPort", "mnutvDisableDevice", "mnutvDeleteGroup", "mnutvDeleteDevice",
+        { "mnutvRefresh", "-", "mnutvAddGroup", "mnutvAddDevice", "mnutvAddPort", "mnutvDisableDevice",
+            "mnutvDeleteGroup", "mnutvDeleteDevice",
             "mnutvDeletePort", "-", "mnuViewExpandNodes", "mnuViewCollapseNodes", "-", "mnutvPortDetails",
             "mnutvProperties" } },
     Menu { "mnulvRightClick", "List",
@@ -202,7 +203,8 @@ const std::array kMenus {
             "mnuSysTrayExit" } },
 };
 
-constexpr const char *kMenuBar[] = { "mnuFile", "mnuEdit", "mnuMonitoring", "mnuView", "mnuTools", "mnuHelp" };
+constexpr const char *kMenuBar[]
+    = { "mnuFile", "mnuEdit", "mnuMonitoring", "mnuView", "mnuTools", "mnuHelp" };
 constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh" };
 
 const Menu &menuNamed(QByteArrayView name)
