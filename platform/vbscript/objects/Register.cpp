@@ -1,0 +1,7 @@
+#include "platform/vbscript/ObjectFactory.h"
+
+namespace vbs {
+
+void registerAdministratorObjects() { }
+
+}
