@@ -204,7 +204,7 @@ Value HttpRequest::setRequestHeader(Args &args)
         text += ", " + value.toUtf8();
         return {};
     }
-    m_order.headers.append({ name.toLatin1(), value.toUtf8() });
+    m_order.headers.emplaceBack(name.toLatin1(), value.toUtf8());
     return {};
 }
 
@@ -226,7 +226,7 @@ QByteArray HttpRequest::bodyOf(Args &args)
     for (const auto &[name, unused] : std::as_const(m_order.headers))
         typed = typed || name.compare("content-type", Qt::CaseInsensitive) == 0;
     if (!typed && !bytes.isEmpty())
-        m_order.headers.append({ "Content-Type", "text/plain; charset=UTF-8" });
+        m_order.headers.emplaceBack("Content-Type", "text/plain; charset=UTF-8");
     return bytes;
 }
 

@@ -86,7 +86,7 @@ QString expandEnvironment(const QString &text)
         const qsizetype open = text.indexOf(u'%', done);
         const qsizetype close = open < 0 ? -1 : text.indexOf(u'%', open + 1);
         if (close < 0)
-            return result + QStringView(text).mid(done);
+            return result + text.mid(done);
         const QString value = environmentValue(text.mid(open + 1, close - open - 1));
         result += QStringView(text).mid(done, open - done);
         if (value.isNull()) { // the closing sign may open the next name
@@ -159,7 +159,7 @@ int waitSlice(ScriptHost &host)
 {
     host.checkDeadline();
     const qint64 left = host.millisecondsLeft();
-    return left < 0 ? kLongestSlice : int(qBound<qint64>(1, left, kLongestSlice));
+    return left < 0 ? kLongestSlice : int(qBound(qint64(1), left, qint64(kLongestSlice)));
 }
 
 TextView::TextView(Args &args, int index)
