@@ -246,12 +246,20 @@ void HttpTransfer::finish(int failure)
     m_bodyCharge.resize(0);
 }
 
+int HttpTransfer::numberOf(int result) const
+{
+    // The library's word for an answer that is no HTTP at all, and for a redirect to another kind of URL.
+    if (result == CURLE_UNSUPPORTED_PROTOCOL && m_answer.status == 0)
+        return http::kInvalidResponse;
+    return result == CURLE_OK ? 0 : failureNumber(CURLcode(result));
+}
+
 void HttpTransfer::collectResult()
 {
     int waiting = 0;
     while (const CURLMsg *message = curl_multi_info_read(m_handles->multi, &waiting)) {
         if (message->msg == CURLMSG_DONE)
-            finish(message->data.result == CURLE_OK ? 0 : failureNumber(message->data.result));
+            finish(numberOf(message->data.result));
     }
 }
 

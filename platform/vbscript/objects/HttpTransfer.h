@@ -94,6 +94,8 @@ private:
     void configureProxy();
     void parseHeaderLine(QByteArrayView line);
     void finish(int failure);
+    /** Number of the error that a result of the library stands for. */
+    int numberOf(int result) const;
     void collectResult();
     bool hasStalled() const;
     /** Runs what may throw inside a callback of the C library; false when it did. */
