@@ -33,6 +33,11 @@ if(KAVRO_SANITIZE)
   target_link_options(kavro_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# Fuzzing follows the paths through the libraries, so these are built for it as well.
+if(KAVRO_FUZZ)
+  target_compile_options(kavro_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # kavro_library(NAME SOURCES a.cpp … LINKS lib …): one static library per folder.
 function(kavro_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})

@@ -1,6 +1,8 @@
 #pragma once
 
+#ifndef Q_MOC_RUN // moc 6.4 cannot parse what this header includes
 #include <coroutine>
+#endif
 #include <exception>
 #include <optional>
 #include <utility>

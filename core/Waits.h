@@ -2,7 +2,9 @@
 
 #include <QtGlobal>
 
+#ifndef Q_MOC_RUN // moc 6.4 cannot parse what this header includes
 #include <coroutine>
+#endif
 #include <functional>
 
 /** Everything that may suspend a long procedure: yield once, pause, wait for a control's event. Timers stand here

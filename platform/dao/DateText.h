@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QLocale>
 #include <QString>
 #include <optional>
 
@@ -17,8 +18,13 @@ std::optional<QDateTime> parseGeneralDate(const QString &text);
     means the instant it was formed from; anything else is read month/day/year as Jet does. */
 std::optional<QDateTime> parseDateLiteral(const QString &text);
 
-/** OLE day number: days since 30 December 1899, local time, fraction = time of day (counted forward also before day 0). */
+/** OLE day number: days since 30 December 1899, local time, fraction = time of day (counted forward also before day 0).
+    Rounded to whole seconds. */
 double toOleDate(const QDateTime &when);
 QDateTime fromOleDate(double days);
+
+/** The locale that dates are written and read in; QLocale::system() unless a test has set another. */
+QLocale dateLocale();
+void setDateLocale(const QLocale &locale);
 
 } // namespace dao

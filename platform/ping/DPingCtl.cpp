@@ -18,7 +18,8 @@ std::optional<EchoTarget> chooseTarget(const QList<QHostAddress> &addresses)
     std::optional<EchoTarget> chosen;
     for (const QHostAddress &address : addresses) {
         const auto target = EchoTarget::from(address);
-        if (target && (!chosen || (chosen->family() == icmp::Family::V6 && target->family() == icmp::Family::V4)))
+        if (target
+            && (!chosen || (chosen->family() == icmp::Family::V6 && target->family() == icmp::Family::V4)))
             chosen = target;
     }
     return chosen;
@@ -26,19 +27,22 @@ std::optional<EchoTarget> chooseTarget(const QList<QHostAddress> &addresses)
 
 } // namespace
 
-class DPingCtlPrivate
+class DPingCtlPrivate : public QObject
 {
+    Q_OBJECT
 public:
     DPingCtlPrivate(DPingCtl *owner, int number)
-        : q(owner), index(number), request([this](const EchoOutcome &outcome) { requestEnded(outcome); })
+        : q(owner),
+          index(number),
+          request([this](const EchoOutcome &outcome) { requestEnded(outcome); })
     {
         resolveLimit.setSingleShot(true);
-        QObject::connect(&resolveLimit, &QTimer::timeout, owner, [this] {
+        connect(&resolveLimit, &QTimer::timeout, this, [this] {
             stop();
             endWithMessage(u"Host name lookup timed out"_s);
         });
     }
-    ~DPingCtlPrivate() { stop(); }
+    ~DPingCtlPrivate() override { stop(); }
 
     void ping(const QString &name);
     void stop();
@@ -50,9 +54,11 @@ public:
     int count = 1;
     bool busy = false;
 
+private slots:
+    void resolved(const QHostInfo &info);
+
 private:
     void resolve();
-    void resolved(const QHostInfo &info);
     void sendTo(const EchoTarget &address);
     void refuse(const QString &text) { request.fail({ EchoOutcome::Hopeless, 0, text }); }
     void requestEnded(const EchoOutcome &outcome);
@@ -90,7 +96,8 @@ void DPingCtlPrivate::ping(const QString &name)
 void DPingCtlPrivate::resolve()
 {
     resolveLimit.start(kResolveLimitMs);
-    lookupId = QHostInfo::lookupHost(host.trimmed(), q, [this](const QHostInfo &info) { resolved(info); });
+    // By name of the slot, because Qt 6.4 leaks the function object of an abandoned lookup.
+    lookupId = QHostInfo::lookupHost(host.trimmed(), this, SLOT(resolved(QHostInfo)));
 }
 
 void DPingCtlPrivate::resolved(const QHostInfo &info)
@@ -132,10 +139,12 @@ void DPingCtlPrivate::requestEnded(const EchoOutcome &outcome)
     --remaining;
     if (outcome.kind == EchoOutcome::Hopeless || remaining == 0)
         return endWithMessage(outcome.kind == EchoOutcome::TimedOut ? timeoutText() : outcome.text);
-    // The next request goes out before the event is raised, so that a handler that stops the element stops it too.
+    // The next request goes out before the event is raised, so that a handler that stops the element stops it
+    // too.
     sendTo(target);
-    emit q->Message(index, outcome.kind == EchoOutcome::TimedOut ? u"Request timed out."_s
-                                                                 : u"Request failed: "_s + outcome.text);
+    emit q->Message(index,
+                    outcome.kind == EchoOutcome::TimedOut ? u"Request timed out."_s
+                                                          : u"Request failed: "_s + outcome.text);
 }
 
 void DPingCtlPrivate::endWithMessage(const QString &text)
@@ -152,9 +161,9 @@ QString DPingCtlPrivate::timeoutText() const
 }
 
 DPingCtl::DPingCtl(int index, QObject *parent)
-    : QObject(parent), d(std::make_unique<DPingCtlPrivate>(this, index))
-{
-}
+    : QObject(parent),
+      d(std::make_unique<DPingCtlPrivate>(this, index))
+{ }
 
 DPingCtl::~DPingCtl() = default;
 
@@ -192,3 +201,5 @@ void DPingCtl::Stop()
 {
     d->stop();
 }
+
+#include "DPingCtl.moc"

@@ -72,7 +72,8 @@ QString helperProgram()
     return path.isEmpty() ? QCoreApplication::applicationDirPath() + u"/kavro-icmp"_s : path;
 }
 
-/** What a reply of this size takes of the receive buffer; the kernel rounds packets up and keeps books on them. */
+/** What a reply of this size takes of the receive buffer; the kernel rounds packets up and keeps books on
+    them. */
 qint64 bufferCost(int payload)
 {
     return qint64 { payload } * 2 + 1024;
@@ -94,9 +95,9 @@ int socketFamily(int fd)
 } // namespace
 
 EchoRequest::EchoRequest(std::function<void(const EchoOutcome &)> done)
-    : m_done(std::move(done)), m_engine(EchoEngine::shared())
-{
-}
+    : m_done(std::move(done)),
+      m_engine(EchoEngine::shared())
+{ }
 
 EchoRequest::~EchoRequest()
 {
@@ -161,7 +162,8 @@ void EchoEngine::enqueue(EchoRequest &request)
 void EchoEngine::endSoon(EchoRequest &request, EchoOutcome outcome)
 {
     end(request, std::move(outcome));
-    m_soon.start(0);
+    if (!m_soon.isActive())
+        m_soon.start(0);
 }
 
 void EchoEngine::forget(EchoRequest &request)
@@ -202,8 +204,9 @@ void EchoEngine::openLine(icmp::Family family)
     if (error != EACCES && error != EPERM) {
         const bool isMissing = error == EAFNOSUPPORT || error == EPROTONOSUPPORT;
         const QString name = family == icmp::Family::V4 ? u"IPv4"_s : u"IPv6"_s;
-        return refuseLine(line, isMissing ? u"%1 is not available on this machine"_s.arg(name)
-                                          : u"no ICMP socket to be had (error %1)"_s.arg(error));
+        return refuseLine(line,
+                          isMissing ? u"%1 is not available on this machine"_s.arg(name)
+                                    : u"no ICMP socket to be had (error %1)"_s.arg(error));
     }
     line.access = Access::Asking;
     const Line &other = lineOf(family == icmp::Family::V4 ? icmp::Family::V6 : icmp::Family::V4);
@@ -311,7 +314,8 @@ bool EchoEngine::send(EchoRequest &request, Line &line)
     return true;
 }
 
-std::span<unsigned char> EchoEngine::buildPacket(const EchoRequest &request, const Line &line, const Slot &slot)
+std::span<unsigned char> EchoEngine::buildPacket(const EchoRequest &request, const Line &line,
+                                                 const Slot &slot)
 {
     const std::size_t payload = static_cast<std::size_t>(request.m_payload);
     const std::size_t size = icmp::kEchoHeaderSize + payload;
@@ -326,7 +330,8 @@ std::span<unsigned char> EchoEngine::buildPacket(const EchoRequest &request, con
     return packet;
 }
 
-/** The timer is never moved back when a reply comes: firing once for nothing is cheaper than arming it for each. */
+/** The timer is never moved back when a reply comes: firing once for nothing is cheaper than arming it for
+    each. */
 void EchoEngine::armTimeout(qint64 deadline)
 {
     if (m_timeoutAt != 0 && m_timeoutAt <= deadline)
@@ -430,8 +435,8 @@ void EchoEngine::end(EchoRequest &request, EchoOutcome outcome)
     m_ended.push_back(&request);
 }
 
-/** The handlers may do anything: start and stop requests, delete elements, run an event loop of their own. So each
-    outcome is taken off the list before it is told, and what ends meanwhile waits for the next turn. */
+/** The handlers may do anything: start and stop requests, delete elements, run an event loop of their own. So
+    each outcome is taken off the list before it is told, and what ends meanwhile waits for the next turn. */
 void EchoEngine::deliver()
 {
     const auto self = shared_from_this();
@@ -439,10 +444,12 @@ void EchoEngine::deliver()
         EchoRequest &request = *m_ended.front();
         m_ended.pop_front();
         request.m_state = EchoRequest::State::Idle;
+        if (!m_ended.empty() && !m_soon.isActive())
+            m_soon.start(0); // for the others, should the handler run an event loop
         const auto done = request.m_done;
         const EchoOutcome outcome = request.m_outcome;
         done(outcome);
     }
-    if (!m_ended.empty())
-        m_soon.start(0);
+    if (m_ended.empty())
+        m_soon.stop();
 }

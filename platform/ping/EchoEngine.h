@@ -20,7 +20,8 @@ struct EchoOutcome {
         TimedOut,
         Failed,  // this request; another one may fare better
         Hopeless // no request of this ping can succeed
-    } kind = Failed;
+    } kind
+        = Failed;
     double roundTripMs = 0;
     QString text; // Failed and Hopeless: one plain sentence part
 };
@@ -34,8 +35,8 @@ public:
     EchoRequest(const EchoRequest &) = delete;
     EchoRequest &operator=(const EchoRequest &) = delete;
 
-    /** Sends an echo with so many bytes of payload as soon as there is room for it; its time-out in ms counts from
-        the sending. */
+    /** Sends an echo with so many bytes of payload as soon as there is room for it; its time-out in ms counts
+        from the sending. */
     void start(const EchoTarget &target, int payload, int timeoutMs);
     /** Ends with this outcome as if the network had said so. */
     void fail(const EchoOutcome &outcome);
@@ -56,8 +57,8 @@ private:
     EchoOutcome m_outcome;
 };
 
-/** Sends the requests of all elements over one socket per family and matches what comes back. Lives as long as
-    there is a request object. */
+/** Sends the requests of all elements over one socket per family and matches what comes back. Lives as long
+    as there is a request object. */
 class EchoEngine : public QObject, private EchoSink, public std::enable_shared_from_this<EchoEngine>
 {
     Q_OBJECT
@@ -84,7 +85,7 @@ private:
     };
     enum class Access { Untried, Asking, Ready, Refused };
     struct Line {
-        explicit Line(icmp::Family family) : socket(family) {}
+        explicit Line(icmp::Family family) : socket(family) { }
         EchoSocket socket;
         Access access = Access::Untried;
         QString refusal;
@@ -125,8 +126,8 @@ private:
     std::deque<EchoRequest *> m_ended;
     std::vector<unsigned char> m_packet;
     std::unique_ptr<IcmpHelper> m_helper;
-    QTimer m_timeout;      // earliest deadline, or earlier
+    QTimer m_timeout;       // earliest deadline, or earlier
     qint64 m_timeoutAt = 0; // ns, monotonic; 0: not armed
-    QTimer m_soon;         // outcomes that no packet announces
-    QTimer m_retry;        // the system had no room for a packet
+    QTimer m_soon;          // outcomes that no packet announces
+    QTimer m_retry;         // the system had no room for a packet
 };

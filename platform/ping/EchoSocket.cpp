@@ -178,8 +178,9 @@ void EchoSocket::setUp()
 
 int EchoSocket::send(const EchoTarget &target, std::span<const unsigned char> packet)
 {
-    // The kernel reports an ICMP error about an earlier request as the failure of the next call; that says nothing
-    // about this packet, so the call is repeated. A refusal that concerns this packet comes back each time.
+    // The kernel reports an ICMP error about an earlier request as the failure of the next call; that says
+    // nothing about this packet, so the call is repeated. A refusal that concerns this packet comes back each
+    // time.
     constexpr int kAttempts = 3;
     int error = 0;
     for (int i = 0; i < kAttempts; ++i) {
@@ -216,8 +217,8 @@ void EchoSocket::readErrors(EchoSink &sink)
         if (size < 0)
             return;
         const auto cause = extendedError(header);
-        const bool fromNetwork = cause
-            && (cause->ee_origin == SO_EE_ORIGIN_ICMP || cause->ee_origin == SO_EE_ORIGIN_ICMP6);
+        const bool fromNetwork
+            = cause && (cause->ee_origin == SO_EE_ORIGIN_ICMP || cause->ee_origin == SO_EE_ORIGIN_ICMP6);
         icmp::Received error
             = icmp::readQuotedRequest(m_family, std::span(packet, static_cast<std::size_t>(size)));
         // What the system refused by itself was reported when the request was sent.

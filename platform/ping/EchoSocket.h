@@ -27,7 +27,8 @@ class EchoSink
 public:
     /** receivedAt: kernel's time stamp, ns of the real-time clock; 0 if there was none. */
     virtual void replyArrived(const icmp::Received &reply, std::span<const unsigned char> source,
-                              qint64 receivedAt) = 0;
+                              qint64 receivedAt)
+        = 0;
     /** The text belongs to error.type and error.code already. */
     virtual void errorArrived(const icmp::Received &error, const char *text) = 0;
 
@@ -39,12 +40,13 @@ protected:
 class EchoSocket
 {
 public:
-    explicit EchoSocket(icmp::Family family) : m_family(family) {}
+    explicit EchoSocket(icmp::Family family) : m_family(family) { }
     ~EchoSocket() { close(); }
     EchoSocket(const EchoSocket &) = delete;
     EchoSocket &operator=(const EchoSocket &) = delete;
 
-    /** Tries a datagram and a raw socket, as far as setEchoAccess allows. Returns 0 or the errno of the refusal. */
+    /** Tries a datagram and a raw socket, as far as setEchoAccess allows. Returns 0 or the errno of the
+        refusal. */
     int open();
     /** Takes over a raw socket that somebody else has opened. */
     void adopt(int fd);

@@ -6,12 +6,13 @@
 #include <functional>
 #include <vector>
 
-/** Runs the helper program kavro-icmp and takes the sockets that it hands over (SCM_RIGHTS, on descriptor 3). */
+/** Runs the helper program kavro-icmp and takes the sockets that it hands over (SCM_RIGHTS, on descriptor
+    3). */
 class IcmpHelper : public QObject
 {
 public:
-    /** done is called once, from the event loop, with the sockets that came (possibly none); the receiver owns
-        them. Not called after destruction. */
+    /** done is called once, from the event loop, with the sockets that came (possibly none); the receiver
+        owns them. Not called after destruction. */
     IcmpHelper(const QString &program, std::function<void(std::vector<int>)> done);
     ~IcmpHelper() override;
 

@@ -34,8 +34,8 @@ void writeEchoRequest(Family family, std::uint16_t ident, std::uint16_t sequence
 /** Reads a received packet; whatever is no echo reply and no error about an echo request is Ignored. */
 Received readReceived(Family family, Framing framing, std::span<const unsigned char> packet);
 
-/** Reads the ICMP part of one of our requests, as error messages quote it: ident and sequence with kind Error,
-    or Ignored if it is no echo request. */
+/** Reads the ICMP part of one of our requests, as error messages quote it: ident and sequence with kind
+    Error, or Ignored if it is no echo request. */
 Received readQuotedRequest(Family family, std::span<const unsigned char> icmp);
 
 /** The plain sentence part that says what an ICMP error message means. */

@@ -32,7 +32,8 @@ void filterV6(int fd)
 
 int openRawIcmp(int family)
 {
-    const int protocol = family == AF_INET ? static_cast<int>(IPPROTO_ICMP) : static_cast<int>(IPPROTO_ICMPV6);
+    const int protocol
+        = family == AF_INET ? static_cast<int>(IPPROTO_ICMP) : static_cast<int>(IPPROTO_ICMPV6);
     const int fd = socket(family, SOCK_RAW | SOCK_NONBLOCK | SOCK_CLOEXEC, protocol);
     if (fd < 0)
         return -1;

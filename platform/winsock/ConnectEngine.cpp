@@ -65,8 +65,8 @@ int bindLocal(int fd, sa_family_t family, quint16 port)
     return bind(fd, &local.any, local.size()) == 0 ? 0 : errno;
 }
 
-/** A peer that accepts and resets at once has connected: a reset can only follow a completed handshake, a reset
-    that answers the first packet is a refusal (ECONNREFUSED). */
+/** A peer that accepts and resets at once has connected: a reset can only follow a completed handshake, a
+    reset that answers the first packet is a refusal (ECONNREFUSED). */
 int connectOutcome(int error)
 {
     return error == ECONNRESET || error == EPIPE ? 0 : error;
@@ -75,9 +75,9 @@ int connectOutcome(int error)
 } // namespace
 
 ConnectAttempt::ConnectAttempt(std::function<void(int)> done)
-    : m_done(std::move(done)), m_engine(ConnectEngine::shared())
-{
-}
+    : m_done(std::move(done)),
+      m_engine(ConnectEngine::shared())
+{ }
 
 ConnectAttempt::~ConnectAttempt()
 {
@@ -114,9 +114,9 @@ void ConnectAttempt::close()
     closeSocket();
 }
 
-// A plain close, although it leaves a TIME_WAIT entry for a minute: closing with a reset (SO_LINGER 0) would make
-// every check an error in the log of the checked server. The entries are harmless, because ephemeral ports run out
-// per destination address and port only, and one destination is checked once in a cycle.
+// A plain close, although it leaves a TIME_WAIT entry for a minute: closing with a reset (SO_LINGER 0) would
+// make every check an error in the log of the checked server. The entries are harmless, because ephemeral
+// ports run out per destination address and port only, and one destination is checked once in a cycle.
 void ConnectAttempt::closeSocket()
 {
     if (m_isWatched)
@@ -154,9 +154,13 @@ int ConnectAttempt::tryAddress(const QHostAddress &address)
         if (const int error = bindLocal(m_fd, remote.any.sa_family, m_localPort))
             return error;
     }
-    const int error = ::connect(m_fd, &remote.any, remote.size()) == 0 ? 0 : connectOutcome(errno);
-    if (error != EINPROGRESS)
-        return error;
+    int error = ::connect(m_fd, &remote.any, remote.size()) == 0 ? 0 : errno;
+    // Within this machine the handshake is complete by now, but only the second call says so; that is cheaper
+    // than waiting for the event.
+    if (error == EINPROGRESS)
+        error = ::connect(m_fd, &remote.any, remote.size()) == 0 ? 0 : errno;
+    if (error != EALREADY)
+        return connectOutcome(error);
     const int watchError = m_engine->watch(*this, EPOLLOUT);
     return watchError ? watchError : EINPROGRESS;
 }
@@ -209,8 +213,8 @@ int ConnectEngine::watch(ConnectAttempt &attempt, quint32 events)
     return 0;
 }
 
-/** Closing the socket is not enough: a child process that is just being started still holds it, and its events would
-    go on coming. */
+/** Closing the socket is not enough: a child process that is just being started still holds it, and its
+    events would go on coming. */
 void ConnectEngine::unwatch(ConnectAttempt &attempt)
 {
     epoll_ctl(m_epoll, EPOLL_CTL_DEL, attempt.m_fd, nullptr);
@@ -242,7 +246,8 @@ void ConnectEngine::forget(ConnectAttempt &attempt)
         std::erase(m_ended, &attempt);
 }
 
-/** Only notes what has become of the sockets, so that no handler can close one whose event is still unread. */
+/** Only notes what has become of the sockets, so that no handler can close one whose event is still
+    unread. */
 void ConnectEngine::readEvents()
 {
     constexpr int kBatch = 64;
@@ -276,7 +281,8 @@ void ConnectEngine::socketReady(ConnectAttempt &attempt)
     end(attempt, error);
 }
 
-/** The timer is never moved back when an attempt ends: firing once for nothing is cheaper than arming it for each. */
+/** The timer is never moved back when an attempt ends: firing once for nothing is cheaper than arming it for
+    each. */
 void ConnectEngine::armLimit(qint64 deadline)
 {
     if (m_limitAt != 0 && m_limitAt <= deadline)
@@ -313,8 +319,9 @@ void ConnectEngine::end(ConnectAttempt &attempt, int outcome)
     m_ended.push_back(&attempt);
 }
 
-/** The handlers may do anything: start and close attempts, delete elements, run an event loop of their own. So each
-    outcome is taken off the list before it is told, and what ends meanwhile waits for the next turn. */
+/** The handlers may do anything: start and close attempts, delete elements, run an event loop of their own.
+    So each outcome is taken off the list before it is told, and what ends meanwhile waits for the next
+    turn. */
 void ConnectEngine::deliver()
 {
     const auto self = shared_from_this();
@@ -325,9 +332,11 @@ void ConnectEngine::deliver()
         attempt.m_state = outcome == 0 ? ConnectAttempt::State::Open : ConnectAttempt::State::Idle;
         if (outcome != 0)
             attempt.closeSocket();
+        if (!m_ended.empty() && !m_soon.isActive())
+            m_soon.start(0); // for the others, should the handler run an event loop
         const auto done = attempt.m_done;
         done(outcome);
     }
-    if (!m_ended.empty() && !m_soon.isActive())
-        m_soon.start(0);
+    if (m_ended.empty())
+        m_soon.stop();
 }

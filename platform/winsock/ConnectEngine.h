@@ -12,8 +12,8 @@
 
 class ConnectEngine;
 
-/** One attempt at a time to open a TCP connection to the first of several addresses that accepts it. The outcome
-    arrives from the event loop, never from within start(). */
+/** One attempt at a time to open a TCP connection to the first of several addresses that accepts it. The
+    outcome arrives from the event loop, never from within start(). */
 class ConnectAttempt
 {
 public:
@@ -24,8 +24,8 @@ public:
     ConnectAttempt &operator=(const ConnectAttempt &) = delete;
 
     void start(const QList<QHostAddress> &addresses, quint16 port, quint16 localPort);
-    /** The attempt fails with ETIMEDOUT after so many milliseconds, counted from now; 0 takes the limit off. May be
-        set before start(): then it runs while the addresses are still being looked for. */
+    /** The attempt fails with ETIMEDOUT after so many milliseconds, counted from now; 0 takes the limit off.
+        May be set before start(): then it runs while the addresses are still being looked for. */
     void setLimit(int ms);
     /** Ends with this errno as if the network had said so. */
     void fail(int systemError);
@@ -58,8 +58,8 @@ private:
     qint64 m_deadline = 0; // ns, monotonic; 0: none
 };
 
-/** Watches the sockets of all attempts through one epoll instance: hundreds of notifiers would make every turn of
-    the event loop slow. Lives as long as there is an attempt object. */
+/** Watches the sockets of all attempts through one epoll instance: hundreds of notifiers would make every
+    turn of the event loop slow. Lives as long as there is an attempt object. */
 class ConnectEngine : public QObject, public std::enable_shared_from_this<ConnectEngine>
 {
     Q_OBJECT

@@ -13,8 +13,8 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-    { EPERM, 10013, "connection prohibited by this machine" },
-    { EACCES, 10013, "connection prohibited by this machine" },
+    { EPERM, 10013, "connection prohibited" },
+    { EACCES, 10013, "connection prohibited" },
     { EINVAL, 10022, "address not valid" },
     { EMFILE, 10024, "too many open sockets" },
     { ENFILE, 10024, "too many open files on this machine" },

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/** What a failed attempt reports: the control's error number and one plain sentence part, without apostrophes. */
+/** What a failed attempt reports: the control's error number and one plain sentence part, without
+    apostrophes. */
 struct SocketError {
     int number;
     QString text;

@@ -9,14 +9,16 @@
 
 using namespace Qt::StringLiterals;
 
-class WinsockPrivate
+class WinsockPrivate : public QObject
 {
+    Q_OBJECT
 public:
     WinsockPrivate(Winsock *owner, int number)
-        : q(owner), index(number), attempt([this](int outcome) { attemptEnded(outcome); })
-    {
-    }
-    ~WinsockPrivate() { close(); }
+        : q(owner),
+          index(number),
+          attempt([this](int outcome) { attemptEnded(outcome); })
+    { }
+    ~WinsockPrivate() override { close(); }
 
     void connectToHost();
     void close();
@@ -30,8 +32,10 @@ public:
     int limitMs = 0;
     ConnectAttempt attempt;
 
-private:
+private slots:
     void resolved(const QHostInfo &info);
+
+private:
     void connectToAddresses(const QList<QHostAddress> &addresses);
     void refuse(const SocketError &error);
     void attemptEnded(int outcome);
@@ -54,7 +58,8 @@ void WinsockPrivate::connectToHost()
     if (literal.setAddress(host))
         return connectToAddresses({ literal });
     state = Winsock::sckResolvingHost;
-    lookupId = QHostInfo::lookupHost(host, q, [this](const QHostInfo &info) { resolved(info); });
+    // By name of the slot, because Qt 6.4 leaks the function object of an abandoned lookup.
+    lookupId = QHostInfo::lookupHost(host, this, SLOT(resolved(QHostInfo)));
 }
 
 void WinsockPrivate::resolved(const QHostInfo &info)
@@ -72,7 +77,8 @@ void WinsockPrivate::connectToAddresses(const QList<QHostAddress> &addresses)
 {
     state = Winsock::sckConnecting;
     const bool isLocalPort = localPort > 0 && localPort <= 65535;
-    attempt.start(addresses, static_cast<quint16>(remotePort), static_cast<quint16>(isLocalPort ? localPort : 0));
+    attempt.start(addresses, static_cast<quint16>(remotePort),
+                  static_cast<quint16>(isLocalPort ? localPort : 0));
 }
 
 void WinsockPrivate::refuse(const SocketError &error)
@@ -108,7 +114,10 @@ void WinsockPrivate::close()
         QHostInfo::abortHostLookup(std::exchange(lookupId, -1));
 }
 
-Winsock::Winsock(int index, QObject *parent) : QObject(parent), d(std::make_unique<WinsockPrivate>(this, index)) {}
+Winsock::Winsock(int index, QObject *parent)
+    : QObject(parent),
+      d(std::make_unique<WinsockPrivate>(this, index))
+{ }
 
 Winsock::~Winsock() = default;
 
@@ -153,3 +162,5 @@ void Winsock::Close()
 {
     d->close();
 }
+
+#include "Winsock.moc"

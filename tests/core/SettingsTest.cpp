@@ -23,10 +23,12 @@ TEST(Settings, CatalogueIsSound)
         EXPECT_TRUE(sections.contains(QString::fromLatin1(key.section))) << name.toStdString();
         const QString value = GetSetting(QString::fromLatin1(key.section), QString::fromLatin1(key.name));
         EXPECT_EQ(value, Settings::defaultOf(key)) << "an empty store gives the default of " << name.toStdString();
-        if (key.kind == Settings::Kind::Number && *key.fallback)
+        if (key.kind == Settings::Kind::Number && *key.fallback) {
             EXPECT_NO_THROW(GetSettingNumber(QString::fromLatin1(key.section), QString::fromLatin1(key.name)));
-        if (key.kind == Settings::Kind::Path)
+        }
+        if (key.kind == Settings::Kind::Path) {
             EXPECT_TRUE(value.startsWith(ProgramFolder() + u'/')) << value.toStdString();
+        }
     }
     EXPECT_EQ(GetSetting(u"Mail Options"_s, u"MailTo"_s), QString());
 }

@@ -129,5 +129,5 @@ TEST(DefaultRows, TheFirstCheckIsCompleteAndUnchecked)
         EXPECT_EQ(state.value(column), u"0"_s) << qPrintable(column);
     EXPECT_EQ(state[u"Port_Icon"_s], u"5"_s);
     EXPECT_EQ(state[u"Port_Status"_s], u"Not checked"_s);
-    EXPECT_TRUE(state[u"Port_Fail_Date"_s].isEmpty() && state[u"Port_Rec_Date"_s].isEmpty());
+    EXPECT_TRUE(state[u"Port_Fail_Date"_s] == u"NULL"_s && state[u"Port_Rec_Date"_s] == u"NULL"_s);
 }

@@ -55,7 +55,7 @@ struct SweepWorld : World {
         return copy;
     }
 
-    int cyclesBegun() { return int(window.log.count(u"state checking"_s)); }
+    int cyclesBegun() { return int(window.log.count(u"tip Kavro_2000 - Check In Progress."_s)); }
 
     /** Lets one whole cycle run; false when it did not end. */
     bool runCycle(const std::function<bool()> &ended)
@@ -168,7 +168,7 @@ TEST_P(DisturbedCycle, AtEverySuspension)
     int k = 0;
     while (disturbAt(GetParam(), k))
         ++k;
-    EXPECT_GT(k, 25) << "the cycle hardly ever waited";
+    EXPECT_GE(k, 20) << "the cycle hardly ever waited";
 }
 
 INSTANTIATE_TEST_SUITE_P(Sweep, DisturbedCycle, testing::ValuesIn(kDisturbances), [](const auto &test) {
@@ -207,5 +207,5 @@ TEST(FailingDatabase, AtEveryAccessEndsTheProgramThroughOneDoor)
         UseDatabase(dao::OpenDatabase(vbMain().databasePath, true), vbMain().databasePath);
         expectSoundRows(world, "access " + std::to_string(i));
     }
-    EXPECT_GT(failures, 60);
+    EXPECT_GE(failures, 40);
 }

@@ -1,5 +1,5 @@
-// Opens raw ICMP sockets and hands them over to the program that started it. It alone carries cap_net_raw, so that
-// the large program needs no rights. It reads no input, takes no arguments and obeys no environment.
+// Opens raw ICMP sockets and hands them over to the program that started it. It alone carries cap_net_raw, so
+// that the large program needs no rights. It reads no input, takes no arguments and obeys no environment.
 #include "platform/ping/RawIcmp.h"
 
 #include <cstring>

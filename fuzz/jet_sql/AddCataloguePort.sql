@@ -1,0 +1,1 @@
+INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ('Mail', 'TCP', 25);

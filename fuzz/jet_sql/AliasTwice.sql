@@ -1,0 +1,1 @@
+SELECT Group_ID AS x, Group_Desc AS X FROM tblGroup

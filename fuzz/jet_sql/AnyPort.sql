@@ -1,0 +1,1 @@
+Select tblPortMain.Port_ID FROM tblPortMain

@@ -1,0 +1,1 @@
+SELECT * FROM tblDevices WHERE Device_Name = 'O''

@@ -1,0 +1,1 @@
+SELECT * FROM tblDevices WHERE Device_Name = 'x'; DELETE * FROM tblGroup WHERE 'a' = 'a'

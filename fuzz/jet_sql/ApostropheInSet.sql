@@ -1,0 +1,1 @@
+UPDATE tblGroup SET Group_Label = 'O'Brien', Group_Desc = '' WHERE Group_ID = 1

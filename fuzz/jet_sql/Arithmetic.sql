@@ -1,0 +1,1 @@
+SELECT Port_ID * 2 + 1 AS Odd, -Port_ID AS Minus, 7 \ 2 AS Whole, 7 MOD 4 AS Rest, 2 ^ 3 AS Power, 'a' & Null & Port_ID AS Joined, Port_ID = 1 AS IsOne FROM tblPortMain WHERE Port_ID IN (1, 2) AND Port_ID BETWEEN 0 AND 1

@@ -1,0 +1,1 @@
+UPDATE tblGroup SET Group_ID = 5

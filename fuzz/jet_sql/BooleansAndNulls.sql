@@ -1,0 +1,1 @@
+SELECT Device_ID FROM tblDevices WHERE NOT HTML_Output OR Device_Alias IS NULL ORDER BY HTML_Output

@@ -1,0 +1,1 @@
+UPDATE tblDevices INNER JOIN tblPortMain ON tblDevices.Device_ID = tblPortMain.Device_ID SET tblPortMain.Port_Desc = tblDevices.Device_Name, tblDevices.Device_Desc = 'd' WHERE tblPortMain.Port_Num = 'Ping'

@@ -1,0 +1,1 @@
+SELECT a.Device_ID, c.Port_ID FROM tblDevices a INNER JOIN(tblPortMain b LEFT JOIN tblPortEmailTemplate c ON b.Port_ID = c.Port_ID) ON a.Device_ID = c.Device_ID

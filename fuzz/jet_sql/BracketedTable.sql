@@ -1,0 +1,1 @@
+Select * from [tblGroup] WHERE Group_ID = 2

@@ -1,0 +1,1 @@
+Select tblDevices.Device_ID, tblDevices.Device_Name, tblPortMain.Device_ID, tblPortMain.Port_Num, tblPortMain.Port_ID FROM tblPortMain, tblDevices WHERE tblPortMain.Device_ID = 1 AND tblDevices.Device_ID = tblPortMain.Device_ID ORDER BY tblPortMain.Device_ID

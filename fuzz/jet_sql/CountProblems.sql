@@ -1,0 +1,1 @@
+UPDATE tblPortStatus SET Port_Dummy = 0 WHERE Port_Mode < 0 AND Port_Icon <> 13

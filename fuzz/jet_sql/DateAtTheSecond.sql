@@ -1,0 +1,1 @@
+SELECT Event FROM tblEventLog WHERE Event_Date < #2/1/2001 9:59:59 PM# AND Event_Date >= #1/31/2001 10:00:00 AM#

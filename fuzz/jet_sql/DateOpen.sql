@@ -1,0 +1,1 @@
+DELETE * FROM tblEventLog WHERE Event_Date < #1/1/2001

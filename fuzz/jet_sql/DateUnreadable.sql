@@ -1,0 +1,1 @@
+DELETE * FROM tblEventLog WHERE Event_Date < #31.31.2001#

@@ -1,0 +1,1 @@
+Delete * FROM tblTCPPorts WHERE Port_Num = 80

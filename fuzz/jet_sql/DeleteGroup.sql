@@ -1,0 +1,1 @@
+DELETE * FROM tblGroup WHERE Group_ID = 2

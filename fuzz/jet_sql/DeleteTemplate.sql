@@ -1,0 +1,1 @@
+DELETE * FROM tblPortEmailTemplate WHERE Port_ID = 2

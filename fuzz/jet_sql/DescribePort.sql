@@ -1,0 +1,1 @@
+Update tblTCPPorts SET Port_Desc = 'World ''Wide'' Web' WHERE Port_Num = 80

@@ -1,0 +1,1 @@
+Select Device_ID FROM tblDevices WHERE Device_Name = 'GAMMA'

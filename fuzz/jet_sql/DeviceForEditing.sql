@@ -1,0 +1,1 @@
+SELECT Device_Name, Device_Alias, Device_Desc, HTML_Output, MSAgent_Referr_Device, MSAgent_Pronounce_Device FROM [tblDevices] WHERE Device_ID =3

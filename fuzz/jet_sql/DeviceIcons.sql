@@ -1,0 +1,1 @@
+Select Device_Icon, Device_ID, Device_Name FROM tblDevices ORDER BY Device_Icon

@@ -1,0 +1,1 @@
+Select tblDevices.Device_ID FROM tblDevices

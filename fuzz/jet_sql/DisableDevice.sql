@@ -1,0 +1,1 @@
+UPDATE tblDevices Set Device_Status = 'Disabled', Device_Icon = 12 where Device_ID = 1

@@ -1,0 +1,1 @@
+UPDATE tblPortStatus Set Port_Status = 'Disabled', Port_Icon = 13 where Device_ID = 1

@@ -1,0 +1,1 @@
+SELECT DISTINCT Group_Icon FROM tblGroup

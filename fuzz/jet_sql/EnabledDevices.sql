@@ -1,0 +1,1 @@
+Select Device_ID FROM tblDevices WHERE Device_Icon <> 12 ORDER BY Device_Name

@@ -1,0 +1,1 @@
+Select * FROM tblEventLog ORDER BY Event_Date

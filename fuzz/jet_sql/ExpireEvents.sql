@@ -1,0 +1,1 @@
+DELETE * FROM tblEventLog WHERE Event_Date < #1/31/2001 10:00:01 AM#

@@ -1,0 +1,1 @@
+UPDATE tblPortStatus SET Port_Mode = 0, Port_Icon_Flag = 0

@@ -1,0 +1,1 @@
+UPDATE tblPortStatus SET Port_Success = Port_ID / 2, Ping_Cur = Port_ID / 2 WHERE Port_ID > 2

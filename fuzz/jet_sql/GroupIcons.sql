@@ -1,0 +1,1 @@
+Select Group_Icon, Group_ID FROM tblGroup ORDER BY Group_Icon

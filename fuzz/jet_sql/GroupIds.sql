@@ -1,0 +1,1 @@
+Select tblGroup.Group_ID FROM tblGroup ORDER BY tblGroup.Group_ID

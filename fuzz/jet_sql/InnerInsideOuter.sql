@@ -1,0 +1,1 @@
+SELECT * FROM tblGroup LEFT JOIN(tblDevices INNER JOIN tblPortMain ON tblDevices.Device_ID = tblPortMain.Device_ID) ON tblGroup.Group_ID = tblDevices.Group_ID

@@ -1,0 +1,1 @@
+INSERT INTO tblGroup (Group_Label) SELECT Group_Label FROM tblGroup

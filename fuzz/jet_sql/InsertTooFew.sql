@@ -1,0 +1,1 @@
+INSERT INTO tblGroup (Group_Label, Group_Desc) VALUES ('a')

@@ -1,0 +1,1 @@
+INSERT INTO tblGroup (Label) VALUES ('a')

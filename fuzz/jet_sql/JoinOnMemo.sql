@@ -1,0 +1,1 @@
+SELECT * FROM tblEventLog INNER JOIN tblScripts ON tblEventLog.Event = tblScripts.Script

@@ -1,0 +1,1 @@
+SELECT * FROM tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID IS NULL

@@ -1,0 +1,1 @@
+SELECT * FROM tblMailQue, tblGroup LEFT JOIN tblDevices ON tblGroup.Group_ID = tblMailQue.ID

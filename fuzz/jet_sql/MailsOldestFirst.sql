@@ -1,0 +1,1 @@
+Select * FROM tblMailQue ORDER BY ID

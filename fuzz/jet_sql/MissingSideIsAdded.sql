@@ -1,0 +1,1 @@
+UPDATE tblPortMain LEFT JOIN tblPortEmailTemplate ON tblPortMain.Port_ID = tblPortEmailTemplate.Port_ID SET tblPortEmailTemplate.Email_Subject = 'all' WHERE tblPortMain.Device_ID = 1

@@ -1,0 +1,1 @@
+SELECT Device_ID FROM tblDevices WHERE Device_Desc <> 'x' OR Device_Desc = ''

@@ -1,0 +1,1 @@
+SELECT a.Port_ID FROM tblPortMain a LEFT JOIN tblPortEmailTemplate b ON a.Port_ID = b.Port_ID WHERE b.Port_ID IS NULL OR b.Email_Subject = 'none'

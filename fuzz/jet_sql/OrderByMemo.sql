@@ -1,0 +1,1 @@
+SELECT * FROM tblScripts ORDER BY Script

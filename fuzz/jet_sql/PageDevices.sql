@@ -1,0 +1,1 @@
+Select Device_ID, Device_Name, Device_Alias,  Device_Desc, Device_Status, MSAgent_Referr_Device, HTML_Output FROM tblDevices WHERE HTML_Output = True and Group_ID = 1 ORDER By Device_Name

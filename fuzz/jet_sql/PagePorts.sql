@@ -1,0 +1,1 @@
+Select *, tblPortMain.Port_ID as PORTID FROM tblPortMain, tblPortStatus WHERE tblPortMain.Port_ID = tblPortStatus.Port_ID AND tblPortMain.Device_ID = 2 ORDER BY tblPortMain.Port_Num

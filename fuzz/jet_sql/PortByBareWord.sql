@@ -1,0 +1,1 @@
+Select tblPortMain.Port_ID FROM tblPortMain, tblPortStatus WHERE tblPortMain.Port_Num = ping AND tblPortMain.Device_ID = 1 AND tblPortMain.Device_ID = tblPortStatus.Device_ID AND tblPortMain.Port_ID = tblPortStatus.Port_ID ORDER BY tblPortMain.Port_Num

@@ -1,0 +1,1 @@
+Select * FROM tblTCPPorts ORDER BY Port_Num

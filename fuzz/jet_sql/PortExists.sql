@@ -1,0 +1,1 @@
+Select tblPortMain.Port_Num, tblPortMain.Port_Type, tblPortMain.Port_Desc, tblPortMain.Port_Email_Notify, tblPortMain.Port_ID as PortID, tblPortMain.Device_ID as MainID, tblPortStatus.Device_ID as StatusID FROM tblPortMain LEFT JOIN tblPortStatus ON tblPortMain.Port_ID = tblPortStatus.Port_ID WHERE tblPortMain.Device_ID = 1 AND tblPortMain.Port_Num like 'PING'

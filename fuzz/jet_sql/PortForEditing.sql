@@ -1,0 +1,1 @@
+Select * from tblDevices LEFT JOIN(tblPortMain LEFT JOIN tblPortEmailTemplate ON tblPortEmailTemplate.Port_ID = tblPortMain.Port_ID) ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = 1 AND tblPortMain.Port_Num ='443'

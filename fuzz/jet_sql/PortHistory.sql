@@ -1,0 +1,1 @@
+Select tblPortMain.*, tblPortStatus.*, tblEventLog.* FROM tblEventLog, tblPortStatus, tblPortMain WHERE tblEventLog.Device_ID = 1 AND tblPortMain.Port_Num = '80' AND tblPortMain.Port_ID = tblPortStatus.Port_ID AND tblPortStatus.Port_ID = tblEventLog.Port_ID ORDER BY tblEventLog.Event_Date

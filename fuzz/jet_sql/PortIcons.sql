@@ -1,0 +1,1 @@
+Select tblPortMain.Port_Num, tblPortStatus.Port_Icon FROM tblPortMain RIGHT JOIN tblPortStatus ON tblPortMain.Port_ID = tblPortStatus.Port_ID WHERE tblPortMain.Device_ID = 1

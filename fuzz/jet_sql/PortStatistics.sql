@@ -1,0 +1,1 @@
+Select * from tblDevices LEFT JOIN(tblPortMain LEFT JOIN tblPortStatus ON tblPortStatus.Port_ID = tblPortMain.Port_ID) ON tblDevices.Device_ID = tblPortMain.Device_ID WHERE tblDevices.Device_ID = 2 AND tblPortMain.Port_Num ='Ping'

@@ -1,0 +1,1 @@
+UPDATE tblPortStatus SET Port_Fail_Date = '', Port_Success = '2.5' WHERE Port_ID = 1

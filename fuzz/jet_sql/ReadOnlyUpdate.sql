@@ -1,0 +1,1 @@
+UPDATE tblGroup, tblDevices SET Group_Desc = 'a'

@@ -1,0 +1,1 @@
+INSERT INTO tblEventLog (Device_ID, Port_ID, Event_Icon, Event_Date, Event_Type, Event) VALUES ('3', '5', '5', '12/24/2001 6:30:15 PM', 'Information', 'checked');

@@ -1,0 +1,1 @@
+Select tblDevices.Device_Name, tblDevices.Device_ID as DeviceID, tblPortMain.Device_ID, tblPortMain.Port_Num FROM tblDevices, tblPortMain, tblPortStatus WHERE tblDevices.Device_ID = tblPortMain.Device_ID AND tblPortMain.Port_ID = tblPortStatus.Port_ID AND tblPortStatus.Port_Mode >= 1 AND tblPortStatus.Port_Icon <> 13 AND tblPortStatus.Port_Icon_Flag = 1

@@ -1,0 +1,1 @@
+UPDATE tblGroup SET Group_Label = 'Rack', Group_Desc = '' WHERE tblGroup.Group_ID = 1

@@ -1,0 +1,1 @@
+UPDATE tblPortStatus SET Port_Icon = 5, Port_Icon_Flag = 0, Port_Mode = 0, Port_Success = 0, Port_Failure = 0, Ping_Cur = 0, Ping_Min = 0, Ping_Max = 0, Ping_Avg = 0, Port_Status = 'Not checked', Port_Last_Error = '', Port_Rec_Date = NULL, Port_Fail_Date = NULL

@@ -1,0 +1,1 @@
+UPDATE tblDevices SET Device_Icon = 2, Device_Status = 'Not checked'

@@ -1,0 +1,1 @@
+UPDATE tblGroup INNER JOIN tblDevices ON tblGroup.Group_ID = tblDevices.Group_ID SET tblGroup.Group_Icon = 15 WHERE tblDevices.Device_Icon = 3 AND tblDevices.Group_ID = 1

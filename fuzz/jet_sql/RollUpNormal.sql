@@ -1,0 +1,1 @@
+UPDATE tblDevices INNER JOIN tblPortStatus ON tblDevices.Device_ID = tblPortStatus.Device_ID SET tblDevices.Device_Icon = 2, tblDevices.Device_Status = 'No Problems Detected' WHERE tblPortStatus.Port_Mode = 0 AND tblDevices.Device_Icon <> 12 AND tblDevices.Device_ID = 1

@@ -1,0 +1,1 @@
+INSERT INTO tblTCPPorts (Port_Num, Port_Desc) VALUES ('x', 'y')

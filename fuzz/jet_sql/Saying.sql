@@ -1,0 +1,1 @@
+Select Speach, PlayOrder, Animation, Agent_X, Agent_Y FROM tblAgentAnnounce WHERE Saying = 'HI' ORDER BY PlayOrder

@@ -1,0 +1,1 @@
+Select Script_Event, Script FROM tblScripts WHERE Script_Event ='onfailure'

@@ -1,0 +1,1 @@
+DELETE * FROM tblMailQue WHERE ID = 9; DELETE * FROM tblGroup

@@ -1,0 +1,1 @@
+SELECT Group_ID, FROM tblGroup

@@ -1,0 +1,1 @@
+DELETE * FROM tblMailQue WHERE ID = 1

@@ -1,0 +1,1 @@
+Select * from tblPortStatus WHERE Port_ID = 2 AND Port_Icon <> 13

@@ -1,0 +1,1 @@
+Select Port_ID, Email_Address, Email_Subject, Email_Recovery, Email_Failure FROM tblPortEmailTemplate where Port_ID = 2

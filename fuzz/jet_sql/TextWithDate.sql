@@ -1,0 +1,1 @@
+SELECT * FROM tblEventLog WHERE Event_Date < '1/1/2001'

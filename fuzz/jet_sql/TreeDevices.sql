@@ -1,0 +1,1 @@
+Select * FROM tblDevices WHERE Group_ID = 1 ORDER BY Device_Alias, Device_Name

@@ -1,0 +1,1 @@
+Select * FROM tblGroup ORDER BY Group_Label

@@ -1,0 +1,1 @@
+SELECT tblPortMain.Device_ID, tblPortMain.Port_ID, tblPortMain.Port_Num, tblPortMain.Port_Type, tblPortStatus.Port_Icon FROM tblPortMain, tblPortStatus WHERE tblPortMain.Port_ID = tblPortStatus.Port_ID AND tblPortMain.Device_ID = 1 ORDER BY Port_Num

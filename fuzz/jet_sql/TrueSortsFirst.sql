@@ -1,0 +1,1 @@
+SELECT Device_ID, HTML_Output AS Page FROM tblDevices ORDER BY HTML_Output, Device_ID DESC

@@ -1,0 +1,1 @@
+SELECT Device_ID FROM tblDevices, tblPortMain

@@ -1,0 +1,1 @@
+DELETE * FROM tblGroup WHERE a = 1 OR b > 2 OR A = 3

@@ -1,0 +1,1 @@
+UPDATE tblGroup SET Groupid = 1

@@ -1,0 +1,1 @@
+SELECT a.Port_ID, b.Email_Subject FROM tblPortMain AS a LEFT JOIN tblPortEmailTemplate AS b ON a.Port_ID = b.Port_ID ORDER BY a.Port_ID DESC

@@ -1,0 +1,1 @@
+SELECT a.Group_ID, c.Port_Num FROM tblGroup a LEFT JOIN(tblDevices b LEFT JOIN tblPortMain c ON c.Device_ID = b.Device_ID) ON a.Group_ID = b.Group_ID ORDER BY a.Group_ID, c.Port_Num

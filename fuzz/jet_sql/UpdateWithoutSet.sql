@@ -1,0 +1,1 @@
+UPDATE tblGroup Group_Icon = 1

@@ -1,0 +1,1 @@
+UPDATE tblGroup SET Group_Desc = Null WHERE Group_Desc = ''

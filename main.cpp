@@ -1,0 +1,56 @@
+// Puts the house together and starts it; nothing else knows everybody.
+
+#include "core/AfterCheck.h"
+#include "core/Main.h"
+#include "core/ProgramFolder.h"
+#include "core/vbMain.h"
+#include "notify/vbMSAgent.h"
+#include "ui/DesktopDialogs.h"
+#include "ui/Palette.h"
+#include "ui/Start.h"
+#include "ui/TerminalEcho.h"
+
+#include <QApplication>
+#include <QIcon>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char **argv)
+{
+    choosePlatform();
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(u"kavro2000"_s);
+    QApplication::setApplicationDisplayName(QString()); // captions carry the title themselves
+    QApplication::setApplicationVersion(AppVersion());
+    QApplication::setDesktopFileName(u"kavro2000"_s);
+    QApplication::setWindowIcon(QIcon(u":/images/kavro2000.svg"_s));
+    QApplication::setQuitOnLastWindowClosed(false); // hidden behind its tray icon the program goes on
+    applyPaletteOfEnvironment();
+    ChooseProgramFolder();
+
+    const auto echo = isHeadless() ? std::make_unique<TerminalEcho>() : nullptr;
+    DesktopDialogs dialogs(echo.get());
+    StatusBarAnnouncer announcer;
+    AfterCheck afterCheck;
+    VbMain &program = vbMain();
+    program.dialogs = &dialogs;
+    program.announcer = &announcer;
+    program.afterCheck = &afterCheck;
+
+    int exitCode = 0;
+    {
+        Start factory(nullptr, echo.get());
+        Task<void> startUp = Main(factory, QApplication::arguments().mid(1).join(u' '));
+        startUp.start();
+        exitCode = QApplication::exec();
+    }
+    program.db.reset();
+    // Everything is saved. A name server that does not answer still holds a resolver thread, which an orderly end
+    // of the process would wait for.
+    std::fflush(nullptr);
+    std::_Exit(exitCode);
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "ui/NodeKeys.h"
+#include "ui/WindowParts.h"
+
+enum class ViewMode;
+
+/** What the commands do. Whoever calls a handler traps its errors under the command's name. */
+class CommandHandlers
+{
+public:
+    explicit CommandHandlers(const WindowParts &parts)
+        : m_parts(parts)
+    {
+    }
+
+    void exit();
+    void monitoringOn();
+    void monitoringOff();
+
+    void refresh();
+    void showStatus();
+    void showEventViewer();
+    void viewLargeIcons();
+    void viewSmallIcons();
+    void viewList();
+    void viewDetails();
+    void nextViewMode();
+    void expandNodes();
+    void collapseNodes();
+    void toggleToolBar();
+    void toggleStatusBar();
+    void viewLog();
+
+    void resetCounters();
+    void clearEventLog();
+    void clearRegistry();
+
+    void deleteGroup();
+    void deleteDevice();
+    void deletePort();
+    /** Flips the selected device between disabled and enabled. */
+    void disableDevice();
+
+    void nodeProperties();
+    void nodeDetails();
+    void rowProperties();
+    void rowDetails();
+
+    void restore();
+
+    /** Disables (text "Disabled") or enables (any other text) a device with all its checks. */
+    static void DisableDevice(const QString &key, const QString &text);
+
+private:
+    void setViewMode(ViewMode mode);
+    void showView(int index);
+    WindowParts m_parts;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ui/NodeKeys.h"
+#include "ui/StatusList.h"
+
+/** What decides which commands can be had right now. */
+struct CommandState {
+    bool monitoring = false;
+    bool checking = false; // a cycle runs
+    NodeLevel node = NodeLevel::None; // selected in the tree
+    bool nodeDisabled = false; // a device that is switched off
+    bool nodeEditable = false;
+    bool nodeHasDetails = false;
+    bool rowEditable = false; // selected in the list
+    bool rowHasDetails = false;
+    ViewMode viewMode = ViewMode::LargeIcons;
+    bool eventViewer = false;
+    bool toolBar = true;
+    bool statusBar = true;
+};
