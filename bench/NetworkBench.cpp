@@ -80,18 +80,6 @@ QStringList hosts(const QString &pattern, int count)
     return names;
 }
 
-double runToEnd(Task<void> task)
-{
-    QElapsedTimer timer;
-    timer.start();
-    task.start();
-    while (task.isRunning())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    const double ms = double(timer.nsecsElapsed()) / 1e6;
-    task.result();
-    return ms;
-}
-
 void expectOutcomes(const ResultTable &results, int statusColumn, int connected, int rows)
 {
     int up = 0;
@@ -108,7 +96,7 @@ double pingMs(const QStringList &names, int dead = 0)
     ResultTable list(pingList::Count);
     for (int i = 0; i < names.size(); ++i)
         list.addRow({ names.at(i), QString::number(i) });
-    const double ms = runToEnd(check.Check_Ping(list));
+    const double ms = bench::runToEnd(check.Check_Ping(list));
     expectOutcomes(check.takeResults(), pingResult::Status, int(names.size()) - dead, int(names.size()));
     return ms;
 }
@@ -122,7 +110,7 @@ double portsMs(const QStringList &names, const QList<int> &ports, int open)
         for (const int port : ports)
             list.addRow({ name, QString::number(port), QString::number(list.rows()) });
     }
-    const double ms = runToEnd(check.Check_Ports(list));
+    const double ms = bench::runToEnd(check.Check_Ports(list));
     expectOutcomes(check.takeResults(), portResult::Status, int(names.size()) * open, list.rows());
     return ms;
 }

@@ -1,5 +1,6 @@
 #include "bench/Peers.h"
 
+#include <QCoreApplication>
 #include <QProcess>
 
 #include <cstdio>
@@ -33,6 +34,18 @@ double commandMs(const QString &program, const QStringList &arguments)
     if (!process.waitForStarted() || !process.waitForFinished(-1))
         qFatal("cannot run %s", qPrintable(program));
     return double(timer.nsecsElapsed()) / 1e6;
+}
+
+double runToEnd(Task<void> task)
+{
+    QElapsedTimer timer;
+    timer.start();
+    task.start();
+    while (task.isRunning())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    const double ms = double(timer.nsecsElapsed()) / 1e6;
+    task.result();
+    return ms;
 }
 
 void compare(const char *what, const std::function<double()> &ours, const std::function<double()> &peer,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Task.h"
+
 #include <QElapsedTimer>
 #include <QString>
 #include <QStringList>
@@ -18,6 +20,9 @@ double median(std::vector<double> values);
 
 /** Wall time in ms of a command; its output is thrown away. Ends the benchmark when it cannot be run. */
 double commandMs(const QString &program, const QStringList &arguments);
+
+/** Runs a task on the event loop to its end; wall time in ms. Throws what the task threw. */
+double runToEnd(Task<void> task);
 
 /** Measures ours and the peer in turn, kRuns times each, and prints medians and their ratio with the aim. */
 void compare(const char *what, const std::function<double()> &ours, const std::function<double()> &peer,

@@ -79,17 +79,6 @@ private:
     double m_longest = 0;
 };
 
-double runToEnd(Task<void> task)
-{
-    QElapsedTimer timer;
-    timer.start();
-    task.start();
-    while (task.isRunning())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    task.result();
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
 /** What follows the network phases: every result is written, rolled up and shown. */
 Task<void> writeRollUpAndShow(frmMain &window, const Network &network, bool flip)
 {
@@ -165,7 +154,7 @@ int main(int argc, char **argv)
 
     frmMain window;
     vbMain().window = &window;
-    runToEnd(window.load([](const QString &) {}));
+    bench::runToEnd(window.load([](const QString &) {}));
     window.resize(1100, 700);
     window.show();
 
@@ -178,7 +167,7 @@ int main(int argc, char **argv)
     bool flip = false;
     bench::measure("write-back, roll-up and tree refresh", [&] {
         flip = !flip;
-        return runToEnd(writeRollUpAndShow(window, network, flip));
+        return bench::runToEnd(writeRollUpAndShow(window, network, flip));
     }, 1000);
     wholeCycles(window);
     bench::report("memory at its peak", residentMegabytes(), 150, "MB");

@@ -77,6 +77,8 @@ public:
     /** Number of a member by its name, without regard to case; kNoMember when there is none. */
     virtual int findMember(QStringView name) const = 0;
     virtual bool hasDefaultMember() const { return false; }
+    /** False: arguments behind this member belong to the default member of what it returns. */
+    virtual bool takesArguments(int member) const { return member != kNoMember; }
     /**
      * Uses a member. `member` came from findMember, or is kDefaultMember. Throws ScriptError: 438 for a use that
      * the member does not have, 450 for a wrong number of arguments, or its own.
@@ -130,6 +132,10 @@ public:
         return index().value(name.toString().toCaseFolded(), kNoMember);
     }
     bool hasDefaultMember() const override { return defaultMember() >= 0; }
+    bool takesArguments(int member) const override
+    {
+        return member < 0 || (std::begin(T::members()) + member)->maxArgs > 0;
+    }
     Value invoke(int member, Access access, Args &args) override
     {
         if (member == kDefaultMember)

@@ -104,7 +104,6 @@ ArrayData *ArrayData::makeBytes(const QByteArray &contents)
 ArrayData *ArrayData::clone() const
 {
     auto *copy = new ArrayData(counts, elementType);
-    copy->fixed = fixed;
     copy->bytes = bytes;
     for (qint64 i = 0; items && i < size; ++i)
         copy->items[i] = items[i];

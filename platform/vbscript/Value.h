@@ -50,7 +50,6 @@ struct ArrayData : Counted
 
     quint32 pins = 0;          // elements handed out ByRef: the array may not change its shape meanwhile
     Type elementType = Type::Empty; // Empty stands for Variant; else Byte
-    bool fixed = false;
     QVarLengthArray<qint32, 4> counts; // elements per dimension; none: not dimensioned yet
     qint64 size = 0;
     Value *items = nullptr;    // Variant elements
@@ -105,6 +104,17 @@ public:
     Type type() const { return m_type; }
     bool is(Type type) const { return m_type == type; }
     bool isCounted() const { return (kCountedTypes >> unsigned(m_type)) & 1u; }
+    /** Neither counted nor a reference: may be overwritten as it stands. */
+    bool isSimple() const
+    {
+        return !((kCountedTypes | 1u << unsigned(Type::VariableReference)) >> unsigned(m_type) & 1u);
+    }
+    /** Overwrites a simple value with another simple value. */
+    void copySimple(const Value &other)
+    {
+        m_type = other.m_type;
+        m_number = other.m_number;
+    }
     bool isReference() const { return m_type >= Type::VariableReference; }
     bool isMissing() const { return m_type == Type::Error && m_number == qint32(0x80020004); }
     bool isWhole() const { return m_type == Type::Integer || m_type == Type::Long; }
@@ -117,6 +127,9 @@ public:
     QString toQString() const { return view().toString(); }
     Object *object() const;                       // Object, nullptr is Nothing
     const ArrayData *array() const { return static_cast<const ArrayData *>(m_counted); }
+    /** A declared array of fixed size; what is assigned from it is free again. */
+    bool isFixedArray() const { return m_type == Type::Array && m_index; }
+    void setFixedArray(bool fixed) { m_index = fixed; }
     /** The array, made this value's own if it was shared. */
     ArrayData *arrayForWriting();
 
@@ -131,17 +144,14 @@ public:
     Value &resolved() { return isReference() ? const_cast<Value &>(target()) : *this; }
 
     void swap(Value &other) noexcept;
+    /** Overwrite a simple value. */
     void setWhole(Type type, qint64 value)
     {
-        if (isCounted())
-            *this = Value();
         m_type = type;
         m_number = value;
     }
     void setReal(Type type, double value)
     {
-        if (isCounted())
-            *this = Value();
         m_type = type;
         m_real = value;
     }
