@@ -64,12 +64,13 @@ QProcessEnvironment &environment()
 QString environmentValue(const QString &name)
 {
     const QProcessEnvironment &variables = environment();
+    const auto set = [&](const QString &exact) { return u""_s + variables.value(exact); }; // empty is not null
     if (variables.contains(name))
-        return variables.value(name);
+        return set(name);
     const QStringList names = variables.keys();
     for (const QString &other : names) {
         if (other.compare(name, Qt::CaseInsensitive) == 0)
-            return variables.value(other);
+            return set(other);
     }
     for (const WindowsVariable &row : kWindowsVariables) {
         if (name.compare(QLatin1StringView(row.name), Qt::CaseInsensitive) == 0)

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringDecoder>
 #include <cstdio>
 
@@ -51,6 +52,31 @@ bool readCall(const QStringList &words, Call &call)
     return !call.file.isEmpty() && !call.file.startsWith(u"--");
 }
 
+QString withoutComment(const QString &line)
+{
+    bool inText = false;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        if (line[i] == u'"')
+            inText = !inText;
+        else if (line[i] == u'\'' && !inText)
+            return line.left(i);
+    }
+    return line;
+}
+
+/** Whether anything but its definition mentions Main: such a script starts itself. */
+bool mentionsMain(const QString &text)
+{
+    static const QRegularExpression definition(
+        u"\\b(sub|function)\\s+main\\b"_s, QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression name(u"\\bmain\\b"_s, QRegularExpression::CaseInsensitiveOption);
+    for (const QString &line : text.split(u'\n')) {
+        if (withoutComment(line).remove(definition).contains(name))
+            return true;
+    }
+    return false;
+}
+
 int runScript(const Call &call, const QString &text)
 {
     vbs::Engine engine;
@@ -58,6 +84,8 @@ int runScript(const Call &call, const QString &text)
     engine.addObject(u"WScript"_s, vbs::Value::object(new vbs::WScript(call.file, call.arguments)));
     try {
         engine.addCode(text);
+        if (engine.hasProcedure(u"Main"_s) && !mentionsMain(text))
+            engine.runProcedure(u"Main"_s); // as the program does with the scripts of its events
         engine.reset(); // so that what Class_Terminate of global objects writes comes in time
     } catch (const vbs::ScriptError &error) {
         complain(u"%1(%2, %3) %4: %5 %6"_s.arg(call.file).arg(error.line()).arg(error.column() + 1)

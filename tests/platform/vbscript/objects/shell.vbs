@@ -6,9 +6,7 @@ WScript.Echo sh.Run("sh -c ""exit 3""", 0, True) & " " & sh.Run("true") ' expect
 WScript.Echo sh.Run("cmd /c exit 4", 0, True) & " " & sh.Run("%COMSPEC% /c ""exit 5""", 0, True) ' expect: 4 5
 
 Set ex = sh.Exec("sh -c ""echo out; echo err >&2; exit 7""")
-WScript.Echo ex.StdOut.ReadAll & "|" & ex.StdErr.ReadLine & "|" & ex.StdOut.AtEndOfStream
-' expect: out
-' expect: |err|True
+WScript.Echo Replace(ex.StdOut.ReadAll, vbLf, "/") & "|" & ex.StdErr.ReadLine & "|" & ex.StdOut.AtEndOfStream ' expect: out/|err|True
 Do While ex.Status = 0
 Loop
 WScript.Echo ex.Status & " " & ex.ExitCode ' expect: 1 7
