@@ -14,8 +14,11 @@ FileChannel::FileChannel(const QString &path, int flags)
     if (!m_fd)
         throw openError(errno, path);
     struct stat status;
-    if (::fstat(m_fd.get(), &status) == 0 && S_ISDIR(status.st_mode))
+    if (::fstat(m_fd.get(), &status) != 0)
+        throw systemError(errno);
+    if (S_ISDIR(status.st_mode))
         throw ScriptError(err::kPermissionDenied);
+    m_isRegular = S_ISREG(status.st_mode);
 }
 
 qint64 FileChannel::read(ScriptHost &host, char *into, qint64 most)
@@ -34,6 +37,9 @@ qint64 FileChannel::read(ScriptHost &host, char *into, qint64 most)
 
 void FileChannel::write(ScriptHost &host, QByteArrayView bytes)
 {
+    std::optional<SigpipeBlock> guard;
+    if (!m_isRegular)
+        guard.emplace();
     const auto wait = [&] { return waitFor(host, m_fd.get(), POLLOUT); };
     while (m_mayBlock && !bytes.isEmpty()) {
         if (!wait())

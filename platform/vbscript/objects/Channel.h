@@ -5,6 +5,7 @@
 #include <QByteArrayView>
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <unistd.h>
 
 namespace vbs::objects {
@@ -36,16 +37,19 @@ public:
 private:
     Descriptor m_fd;
     bool m_mayBlock = false;
+    bool m_isRegular = false;
 };
 
 /** Waits until `fd` is ready for `events` (poll(2)) or a slice of time is over; tells whether it is. */
 bool waitFor(ScriptHost &host, int fd, short events);
-/** write(2) of all bytes; `whileWaiting` runs between attempts that would block. Throws systemError. */
+/**
+ * write(2) of all bytes; `whileWaiting` runs between attempts that would block. Throws systemError. The caller holds a
+ * SigpipeBlock where there is somebody on the other side.
+ */
 template <class Waiter>
 void writeAll(int fd, QByteArrayView bytes, Waiter whileWaiting)
 {
     while (!bytes.isEmpty()) {
-        const SigpipeBlock guard;
         const ssize_t written = ::write(fd, bytes.data(), size_t(qMin<qsizetype>(bytes.size(), 1 << 20)));
         if (written >= 0)
             bytes = bytes.sliced(written);

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -174,6 +175,7 @@ Process::Process(const QStringList &command, Streams streams)
 {
     reapOrphans();
     if (streams == Streams::Inherited) {
+        std::fflush(nullptr); // what the script has printed comes before what the command prints
         const Descriptor nothing(::open("/dev/null", O_RDONLY | O_CLOEXEC));
         start(command, { nothing.get(), STDOUT_FILENO, STDERR_FILENO }, false);
         return;
@@ -288,6 +290,7 @@ qint64 Process::read(ScriptHost &host, Stream stream, char *into, qint64 most)
 
 void Process::write(ScriptHost &host, QByteArrayView bytes)
 {
+    const SigpipeBlock guard;
     writeAll(m_input.get(), bytes, [&] { pump(host, true); });
 }
 

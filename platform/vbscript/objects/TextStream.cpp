@@ -178,9 +178,17 @@ Value TextStream::write(Args &args)
 
 Value TextStream::writeLine(Args &args)
 {
+    const QString end = m_style.unixLineEnds ? u"\n"_s : u"\r\n"_s;
+    std::optional<TextView> given;
     if (args.has(0))
-        put(args.host(), TextView(args, 0).view());
-    put(args.host(), m_style.unixLineEnds ? u"\n"_s : u"\r\n"_s);
+        given.emplace(args, 0);
+    const QStringView text = given ? given->view() : QStringView();
+    if (text.size() > kChunk) {
+        put(args.host(), text);
+        put(args.host(), end);
+    } else { // in one piece, so that lines of several writers do not mix
+        put(args.host(), text.toString() + end);
+    }
     return {};
 }
 
