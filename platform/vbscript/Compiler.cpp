@@ -209,6 +209,8 @@ Binding Compiler::bind(Symbol *name)
     }
     if (m_scope.outer && m_scope.outer->locals.contains(name))
         return variable(capture(name, m_scope.outer->locals.value(name)));
+    if (m_scope.outer && m_scope.isExtra(name))
+        return variable(capture(name, place::kNone));
     if (m_scope.owner) {
         const auto found = m_scope.owner->members.constFind(name);
         if (found != m_scope.owner->members.constEnd()) {

@@ -211,7 +211,7 @@ void Engine::defineClass(const std::shared_ptr<Unit> &unit, ClassAst *ast, QSet<
 
 void Engine::compile(Procedure &procedure)
 {
-    procedure.code = compileProcedure({ this, procedure.owner, nullptr, procedure.optionExplicit }, *procedure.ast);
+    procedure.code = compileProcedure({ this, procedure.owner, nullptr, procedure.optionExplicit, {} }, *procedure.ast);
 }
 
 void Engine::compileClass(ClassDefinition &definition)
@@ -271,7 +271,7 @@ void Engine::addCode(QStringView text)
 {
     const Outermost outermost(*this);
     const std::shared_ptr<Unit> unit = parseScript(text, m_symbols);
-    const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit });
+    const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit, {} });
     runCode(code);
 }
 
@@ -279,7 +279,7 @@ Value Engine::evaluate(QStringView text)
 {
     const Outermost outermost(*this);
     const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols);
-    return runCode(compileEval({ this, nullptr, nullptr, false }, unit->expression));
+    return runCode(compileEval({ this, nullptr, nullptr, false, {} }, unit->expression));
 }
 
 bool Engine::hasProcedure(const QString &name) const
