@@ -72,6 +72,8 @@ Engine::~Engine()
     m_predefined.clear();
     std::free(m_stack);
     std::free(m_globals);
+    for (const auto &symbol : m_symbols.all())
+        memory::release(qint64(sizeof(Symbol)) + 4 * symbol->text.size() + 64); // as intern() has charged it
 }
 
 void Engine::reset()

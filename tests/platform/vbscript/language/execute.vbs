@@ -26,3 +26,6 @@ undefinedName = 1 : WScript.Echo Err.Number         ' expect: 500
 Err.Clear : Execute "x x x(" : WScript.Echo Err.Number, Err.Source ' expect: 1025 Microsoft VBScript compilation error
 Err.Clear : g = Eval("1 +") : WScript.Echo Err.Number ' expect: 1023
 Err.Clear : Execute "g = 1 / 0" : WScript.Echo Err.Number, g ' expect: 11 50
+On Error GoTo 0
+Sub WithConstant : Const kLocal = 6 : WScript.Echo Eval("kLocal * 7") : End Sub
+WithConstant                                        ' expect: 42
