@@ -123,7 +123,7 @@ void Compiler::declareLocals(const ProcedureAst &ast)
     for (const Declaration &declaration : ast.declarations) {
         if (declaration.isConstant)
             m_localConstants.insert(declaration.name, declaration.value);
-        else if (!m_code->locals.contains(declaration.name))
+        if (!m_code->locals.contains(declaration.name))
             m_code->locals.insert(declaration.name, newLocal());
     }
 }
@@ -151,6 +151,10 @@ CodePointer Compiler::procedure(const ProcedureAst &ast)
     }
     mark(ast.line, ast.column);
     declareArrays(ast);
+    // Constants are folded into the code; only texts run by Execute and Eval look them up here.
+    for (const Declaration &declaration : ast.declarations)
+        if (declaration.isConstant)
+            issue({ .op = Op::Copy, .a = m_code->locals.value(declaration.name), .b = constant(declaration.value) });
     block(ast.body);
     mark(ast.endLine, ast.endColumn);
     issue({ .op = Op::Return });
@@ -209,6 +213,8 @@ Binding Compiler::bind(Symbol *name)
     }
     if (m_scope.outer && m_scope.outer->locals.contains(name))
         return variable(capture(name, m_scope.outer->locals.value(name)));
+    if (m_scope.outer && m_scope.isExtra(name))
+        return variable(capture(name, place::kNone));
     if (m_scope.owner) {
         const auto found = m_scope.owner->members.constFind(name);
         if (found != m_scope.owner->members.constEnd()) {

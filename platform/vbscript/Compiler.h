@@ -3,6 +3,8 @@
 #include "platform/vbscript/Code.h"
 #include "platform/vbscript/Intrinsics.h"
 
+#include <functional>
+
 namespace vbs {
 
 /** Global names as the compiler needs them. */
@@ -25,6 +27,7 @@ struct CompileScope
     ClassDefinition *owner = nullptr; // inside a class
     const Code *outer = nullptr;      // Execute, Eval: the procedure that they stand in
     bool optionExplicit = false;
+    std::function<bool(Symbol *)> isExtra = {}; // names that Execute has brought into the procedure before
 };
 
 /** Compiles one procedure, the global statements of a text, or one expression. */

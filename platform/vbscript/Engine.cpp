@@ -72,6 +72,8 @@ Engine::~Engine()
     m_predefined.clear();
     std::free(m_stack);
     std::free(m_globals);
+    for (const auto &symbol : m_symbols.all())
+        memory::release(qint64(sizeof(Symbol)) + 4 * symbol->text.size() + 64); // as intern() has charged it
 }
 
 void Engine::reset()
@@ -211,7 +213,7 @@ void Engine::defineClass(const std::shared_ptr<Unit> &unit, ClassAst *ast, QSet<
 
 void Engine::compile(Procedure &procedure)
 {
-    procedure.code = compileProcedure({ this, procedure.owner, nullptr, procedure.optionExplicit }, *procedure.ast);
+    procedure.code = compileProcedure({ this, procedure.owner, nullptr, procedure.optionExplicit, {} }, *procedure.ast);
 }
 
 void Engine::compileClass(ClassDefinition &definition)
@@ -271,7 +273,7 @@ void Engine::addCode(QStringView text)
 {
     const Outermost outermost(*this);
     const std::shared_ptr<Unit> unit = parseScript(text, m_symbols);
-    const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit });
+    const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit, {} });
     runCode(code);
 }
 
@@ -279,7 +281,7 @@ Value Engine::evaluate(QStringView text)
 {
     const Outermost outermost(*this);
     const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols);
-    return runCode(compileEval({ this, nullptr, nullptr, false }, unit->expression));
+    return runCode(compileEval({ this, nullptr, nullptr, false, {} }, unit->expression));
 }
 
 bool Engine::hasProcedure(const QString &name) const

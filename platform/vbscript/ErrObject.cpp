@@ -31,7 +31,7 @@ Value ErrObject::raise(Args &args)
     // What is left out keeps what was set before, so that a script may fill Err and then raise it.
     const ErrState &state = m_engine.err();
     const QString kept = state.description.isEmpty() || state.number ? errorText(number) : state.description;
-    const QString source = state.source.isEmpty() || state.number ? QString() : state.source;
+    const QString source = state.source.isEmpty() || state.number ? ScriptError(number).source() : state.source;
     ScriptError error = ScriptError::fromComponent(number, args.text(2, kept), args.text(1, source));
     error.setHelp(args.text(3, QString()), args.integer(4, 0));
     throw error;

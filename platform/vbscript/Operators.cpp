@@ -294,7 +294,9 @@ Value currencyOf(double value)
     const double scaled = value * kCurrencyScale;
     if (!(std::fabs(scaled) < kLargestCurrency))
         throw ScriptError(err::kOverflow);
-    return Value::currency(std::llrint(scaled));
+    // Half of what the text of the number says: 1.00005 is no exact binary fraction.
+    const double decimal = std::fabs(scaled) < 1e15 ? QByteArray::number(scaled, 'g', 15).toDouble() : scaled;
+    return Value::currency(std::llrint(decimal));
 }
 
 Value binaryOperation(ScriptHost &host, Op op, const Value &a, const Value &b)

@@ -6,6 +6,15 @@
 
 namespace vbs {
 
+namespace {
+
+bool closesOuterBlock(Tok word, Tok next)
+{
+    return word == Tok::Next || word == Tok::Loop || word == Tok::Wend || (word == Tok::EndWord && next != Tok::If);
+}
+
+}
+
 Stmt *Parser::newStmt(StmtKind kind, Block &body)
 {
     Stmt &stmt = m_unit->statementStore.emplace_back();
@@ -135,6 +144,8 @@ void Parser::ifStatement(Block &body)
 void Parser::lineStatements(Block &body)
 {
     while (!at(Tok::Line) && !at(Tok::End) && !at(Tok::Else) && !(at(Tok::EndWord) && ahead(1).kind == Tok::If)) {
+        if (at(Tok::Colon) && closesOuterBlock(ahead(1).kind, ahead(2).kind))
+            return; // `If a Then b : Next`: the word behind the colon ends what stands around the If
         if (accept(Tok::Colon))
             continue;
         statement(body);

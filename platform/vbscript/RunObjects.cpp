@@ -193,7 +193,10 @@ void Engine::checkDefined(const Instruction &i)
 CompileScope Engine::scopeOf(const Frame &frame) const
 {
     const Code *root = m_frames[frame.scope].code.get();
-    return { const_cast<Engine *>(this), root->owner, root->isGlobal ? nullptr : root, frame.code->optionExplicit };
+    const Locals *extras = m_frames[frame.scope].extras.get();
+    const auto isExtra = [extras](Symbol *name) { return extras && extras->count(name) > 0; };
+    return { const_cast<Engine *>(this), root->owner, root->isGlobal ? nullptr : root, frame.code->optionExplicit,
+        isExtra };
 }
 
 Value &Engine::extraLocal(Frame &scopeFrame, Symbol *name)
@@ -254,7 +257,7 @@ void Engine::execute(const Instruction &i, bool global)
     const std::shared_ptr<Unit> unit = parseScript(text, m_symbols);
     CompileScope scope = scopeOf(frame);
     if (global)
-        scope = { this, nullptr, nullptr, frame.code->optionExplicit };
+        scope = { this, nullptr, nullptr, frame.code->optionExplicit, {} };
     scope.optionExplicit = scope.optionExplicit || unit->optionExplicit;
     const CodePointer code = define(unit, scope);
     if (scope.outer)

@@ -104,7 +104,7 @@ TEST_P(EndsInTime, withinATenthOfASecond)
     c.control.SetTimeout(200);
     QElapsedTimer timer;
     c.control.AddCode(u"Function F(n) : F = F(n + 1) : End Function\nSub E\nEnd Sub\nSub Main\n"_s
-        + QStringView(GetParam().body) + u"\nEnd Sub"_s);
+        + QString::fromUtf16(GetParam().body) + u"\nEnd Sub"_s);
     timer.start();
     c.control.Run(u"Main"_s);
     EXPECT_LT(timer.elapsed(), 320);
