@@ -79,6 +79,8 @@ public:
     virtual bool hasDefaultMember() const { return false; }
     /** False: arguments behind this member belong to the default member of what it returns. */
     virtual bool takesArguments(int member) const { return member != kNoMember; }
+    /** True: this property takes an object as it is even without Set, instead of its default value. */
+    virtual bool takesObjects(int) const { return false; }
     /**
      * Uses a member. `member` came from findMember, or is kDefaultMember. Throws ScriptError: 438 for a use that
      * the member does not have, 450 for a wrong number of arguments, or its own.

@@ -245,9 +245,9 @@ bool Engine::putMember(const Instruction &i, bool isSet)
         throw ScriptError(err::kObjectRequired);
     if (auto *instance = dynamic_cast<Instance *>(object))
         return putInstanceMember(i, instance, name, isSet, std::move(value));
-    if (!isSet && value.is(Type::Object))
-        value = plain(value);
     const int member = object->findMember(name->folded);
+    if (!isSet && value.is(Type::Object) && !object->takesObjects(member))
+        value = plain(value);
     if (member == Object::kNoMember)
         throw ScriptError(err::kNoSuchMember, name->text);
     if (i.n > 0 && !object->takesArguments(member)) {

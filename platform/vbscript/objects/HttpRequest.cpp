@@ -4,6 +4,7 @@
 #include "platform/vbscript/objects/Stream.h"
 
 #include <QRegularExpression>
+#include <QScopedValueRollback>
 #include <QStringDecoder>
 #include <span>
 
@@ -38,6 +39,8 @@ public:
     }
     QString typeName() const override;
     static std::span<const Member<HttpRequest>> members();
+    /** Handlers are set without Set: http.onreadystatechange = GetRef("Changed"). */
+    bool takesObjects(int member) const override { return member == findMember(u"onreadystatechange"); }
 
 private:
     enum State { Unsent = 0, Opened = 1, HeadersReceived = 2, Loading = 3, Done = 4 };
@@ -85,6 +88,7 @@ private:
     Flavour m_flavour;
     State m_state = Unsent;
     bool m_async = false;
+    bool m_notifying = false; // a handler sees the state that it is told of, so looking moves nothing on
     HttpOrder m_order; // what scripts have set so far
     HttpTimeouts m_timeouts;
     qint32 m_ignoredFaults = 0;
@@ -135,6 +139,7 @@ void HttpRequest::enter(ScriptHost &host, State state)
     m_state = state;
     if (m_handler.is(Type::Object) && !m_handler.isNothing()) {
         const Value handler = m_handler; // it may set another one
+        const QScopedValueRollback<bool> inside(m_notifying, true);
         host.callObject(handler.object(), {});
     }
 }
@@ -157,7 +162,7 @@ void HttpRequest::advance(ScriptHost &host, int milliseconds)
 
 void HttpRequest::requireState(ScriptHost &host, State state)
 {
-    if (m_transfer && m_state != Done)
+    if (m_transfer && m_state != Done && !m_notifying)
         advance(host, 0);
     if (!m_transfer || m_state < state)
         fail(kNotYet, u"The data necessary to complete this operation is not yet available."_s);
@@ -335,7 +340,7 @@ Value HttpRequest::responseXml(Args &)
 
 Value HttpRequest::readyState(Args &args)
 {
-    if (m_transfer && m_state != Done) {
+    if (m_transfer && m_state != Done && !m_notifying) {
         waitSlice(args.host());
         advance(args.host(), kPollMilliseconds);
     }

@@ -1,6 +1,8 @@
 #include "ObjectHost.h"
 #include "RawServer.h"
 
+#include "platform/vbscript/Engine.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -114,6 +116,40 @@ TEST(Http, AsynchronousRequestsGoOnWhileTheScriptLooks)
     EXPECT_FALSE(toBoolean(host, host.use(second, "waitForResponse", { Value::real(0.01) })));
     EXPECT_TRUE(toBoolean(host, host.use(second, "waitForResponse")));
     EXPECT_EQ(host.text(second, "status"), u"200"_s);
+}
+
+// The handler is told of every state once, may start the next request, and may drop the object.
+TEST(Http, HandlersSeeEveryState)
+{
+    RawServer server([](int socket, const QByteArray &) {
+        RawServer::answer(socket, "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
+    });
+    vbs::Engine engine;
+    engine.setTimeLimit(5000);
+    engine.addCode(uR"(
+Dim http, seen, rounds
+Sub Changed
+  seen = seen & http.readyState
+  If http.readyState = 4 And rounds < 1 Then
+    rounds = rounds + 1
+    http.open "GET", url, False
+    http.send
+  End If
+End Sub
+Sub Dropped
+  If http.readyState = 2 Then http.abort : Set http = Nothing
+End Sub
+Sub Fetch(handler)
+  Set http = CreateObject("MSXML2.XMLHTTP")
+  http.onreadystatechange = handler
+  http.open "GET", url, False
+  http.send
+End Sub
+url = ")"_s + urlOf(server) + uR"("
+Fetch GetRef("Changed")
+Fetch GetRef("Dropped")
+)"_s);
+    EXPECT_EQ(vbs::toText(engine, engine.evaluate(u"seen & TypeName(http)")), u"12341234Nothing"_s);
 }
 
 TEST(Http, BadServersAreErrorsWithTheirNumbers)
