@@ -43,9 +43,9 @@ Dim word : word = "a" : word = word & Chr(98) & Twice(2) & "c" : WScript.Echo wo
 Function Change : word = "changed" : Change = "x" : End Function
 word = "old" : word = word & Change : WScript.Echo word ' expect: oldx
 ' a parenthesis behind a blank starts the first argument
-Class P : Public Function Hi(x) : Hi = "hi" & x : End Function : End Class
+Class Greeter : Public Function Hi(x) : Hi = "hi" & x : End Function : End Class
 Sub S(x) : WScript.Echo "S " & x : End Sub
-S (New P).Hi(3)                                     ' expect: S hi3
+S (New Greeter).Hi(3)                                     ' expect: S hi3
 S (1 + 2) * 3                                       ' expect: S 9
 S -1                                                ' expect: S -1
 S MakeArray()(1)(1)                                 ' expect: S 3
