@@ -1,10 +1,12 @@
 // Puts the house together and starts it; nothing else knows everybody.
 
-#include "core/AfterCheck.h"
 #include "core/Main.h"
 #include "core/ProgramFolder.h"
 #include "core/vbMain.h"
+#include "editors/OperatorEditors.h"
+#include "notify/Notifications.h"
 #include "notify/vbMSAgent.h"
+#include "platform/smtp/cKavroSMTP.h"
 #include "ui/DesktopDialogs.h"
 #include "ui/Palette.h"
 #include "ui/Start.h"
@@ -35,15 +37,16 @@ int main(int argc, char **argv)
     const auto echo = isHeadless() ? std::make_unique<TerminalEcho>() : nullptr;
     DesktopDialogs dialogs(echo.get());
     StatusBarAnnouncer announcer;
-    AfterCheck afterCheck;
+    Notifications notifications;
     VbMain &program = vbMain();
     program.dialogs = &dialogs;
     program.announcer = &announcer;
-    program.afterCheck = &afterCheck;
+    program.afterCheck = &notifications;
 
     int exitCode = 0;
     {
-        Start factory(nullptr, echo.get());
+        OperatorEditors editors([] { return cKavroSMTP::Version(); });
+        Start factory(&editors, echo.get());
         Task<void> startUp = Main(factory, QApplication::arguments().mid(1).join(u' '));
         startUp.start();
         exitCode = QApplication::exec();

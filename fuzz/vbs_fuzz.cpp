@@ -13,6 +13,7 @@ constexpr int kMilliseconds = 200;
 // What a script reaches outside of the engine stays out of reach: nothing may be created.
 constexpr char16_t kNoObjects[] = u"Function CreateObject(x) : Err.Raise 429 : End Function";
 
+#ifdef KAVRO_FUZZ_EXECUTE
 /** Turns bytes into a program of statements that make sense, so that more than the parser is reached. */
 class Generator
 {
@@ -28,7 +29,7 @@ public:
 
 private:
     unsigned next(unsigned limit) { return m_at < m_size ? m_data[m_at++] % limit : 0; }
-    QString name() { return QStringLiteral("abcdef").at(int(next(6))); }
+    QString name() { return u"abcdef"_s.at(int(next(6))); }
     QString expression(int depth)
     {
         static const char *const kLeaves[] = { "1", "\"x\"", "Null", "Empty", "Nothing", "2.5", "&HFF", "#1/2/2003#",
@@ -47,28 +48,28 @@ private:
             return QString::fromLatin1(kFunctions[next(std::size(kFunctions))]) + u'(' + expression(depth + 1)
                 + (next(2) ? u',' + expression(depth + 1) : QString()) + u')';
         case 5: return name() + u'(' + expression(depth + 1) + u')';
-        default: return u"(New K)." + name();
+        default: return u"(New K)."_s + name();
         }
     }
     QString block(int depth) { return u'\n' + statement(depth + 1) + u'\n' + statement(depth + 1) + u'\n'; }
     QString statement(int depth)
     {
         switch (depth > 3 ? next(4) : next(16)) {
-        case 0: return name() + u" = " + expression(0);
-        case 1: return u"Set " + name() + u" = New K";
-        case 2: return name() + u'(' + expression(1) + u") = " + expression(0);
-        case 3: return u"s = s & " + expression(0);
-        case 4: return u"If " + expression(0) + u" Then" + block(depth) + u"Else" + block(depth) + u"End If";
-        case 5: return u"For " + name() + u" = 0 To " + expression(2) + block(depth) + u"Next";
-        case 6: return u"For Each " + name() + u" In " + expression(1) + block(depth) + u"Next";
-        case 7: return u"Do While " + expression(1) + block(depth) + u"Exit Do\nLoop";
-        case 8: return u"ReDim Preserve " + name() + u'(' + expression(3) + u')';
-        case 9: return u"With " + name() + block(depth) + u".a = 1\nEnd With";
-        case 10: return u"Execute \"" + name() + u" = 1 : " + name() + u"(0) = " + name() + u"\"";
-        case 11: return u"ExecuteGlobal \"Function f(x) : f = x & " + name() + u" : End Function\"";
-        case 12: return u"Select Case " + expression(1) + u"\nCase " + expression(2) + block(depth) + u"End Select";
-        case 13: return u"Call f(" + expression(1) + u')';
-        case 14: return u"Erase " + name();
+        case 0: return name() + u" = "_s + expression(0);
+        case 1: return u"Set "_s + name() + u" = New K"_s;
+        case 2: return name() + u'(' + expression(1) + u") = "_s + expression(0);
+        case 3: return u"s = s & "_s + expression(0);
+        case 4: return u"If "_s + expression(0) + u" Then"_s + block(depth) + u"Else"_s + block(depth) + u"End If"_s;
+        case 5: return u"For "_s + name() + u" = 0 To "_s + expression(2) + block(depth) + u"Next"_s;
+        case 6: return u"For Each "_s + name() + u" In "_s + expression(1) + block(depth) + u"Next"_s;
+        case 7: return u"Do While "_s + expression(1) + block(depth) + u"Exit Do\nLoop"_s;
+        case 8: return u"ReDim Preserve "_s + name() + u'(' + expression(3) + u')';
+        case 9: return u"With "_s + name() + block(depth) + u".a = 1\nEnd With"_s;
+        case 10: return u"Execute \""_s + name() + u" = 1 : "_s + name() + u"(0) = "_s + name() + u"\""_s;
+        case 11: return u"ExecuteGlobal \"Function f(x) : f = x & "_s + name() + u" : End Function\""_s;
+        case 12: return u"Select Case "_s + expression(1) + u"\nCase "_s + expression(2) + block(depth) + u"End Select"_s;
+        case 13: return u"Call f("_s + expression(1) + u')';
+        case 14: return u"Erase "_s + name();
         default: return next(2) ? u"On Error Resume Next"_s : u"ReDim "_s + name() + u"(3)"_s;
         }
     }
@@ -82,12 +83,14 @@ constexpr char16_t kFrame[] = u"Class K\nPublic a, b, c(3)\nPublic Default Prope
                               u"Private Sub Class_Terminate : t = t + 1 : End Sub\nEnd Class\n"
                               u"Function f(x) : f = x : x = 1 : End Function\nSub g(x, ByVal y) : x = y : End Sub\n";
 
+#endif
+
 void run(const QString &text)
 {
     vbs::Engine engine;
     engine.setTimeLimit(kMilliseconds);
     try {
-        engine.addCode(kNoObjects);
+        engine.addCode(QStringView(kNoObjects));
         engine.addCode(text);
         engine.addCode(text);
     } catch (const vbs::ScriptError &) {
@@ -96,6 +99,8 @@ void run(const QString &text)
     }
 }
 
+#ifdef KAVRO_FUZZ_EXECUTE
+/** The program as text that a script puts together line by line. */
 QString quoted(const QString &text)
 {
     QString lines;
@@ -105,6 +110,7 @@ QString quoted(const QString &text)
     }
     return lines;
 }
+#endif
 
 }
 
@@ -116,9 +122,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static QCoreApplication application(count = 1, arguments);
 #ifdef KAVRO_FUZZ_EXECUTE
     const QString program = Generator(data, size).program();
-    run(kFrame + quoted(program) + u"Execute p\nSub Main : Execute p : End Sub\nOn Error Resume Next\nMain\n"_s);
+    run(QString::fromUtf16(kFrame) + quoted(program) + u"Execute p\nSub Main : Execute p : End Sub\nOn Error Resume Next\nMain\n"_s);
 #else
-    (void)kFrame;
     run(QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size)));
 #endif
     return 0;

@@ -258,9 +258,12 @@ Task<void> CheckCycle::finishCycle()
     if (problems >= 0)
         m_problemCount = problems;
     co_await program.window->Refresh_TreeView_Icons();
-    co_await program.afterCheck->CreateHTMLOutput();
-    co_await reportChanges();
-    co_await program.afterCheck->SendEmailNotifications();
+    const ResultTable failedNow = onlyChecked(GetFailedDevices());
+    co_await waits::Yield(); // after a storm of failures each list takes its time
+    const ResultTable recoveredNow = onlyChecked(GetRecoveredDevices());
+    co_await program.afterCheck->CreateHTMLOutput(failedNow, recoveredNow);
+    co_await reportChanges(failedNow, recoveredNow);
+    co_await program.afterCheck->SendEmailNotifications(m_checked);
     if (GetSettingBool(u"Mail Options"_s, u"SendOnFailure"_s))
         co_await program.afterCheck->ProcessMailQue();
     program.window->reselectNode();
@@ -274,10 +277,8 @@ Task<void> CheckCycle::finishCycle()
     }
 }
 
-Task<void> CheckCycle::reportChanges()
+Task<void> CheckCycle::reportChanges(ResultTable failedNow, ResultTable recoveredNow)
 {
-    const ResultTable failedNow = onlyChecked(GetFailedDevices());
-    const ResultTable recoveredNow = onlyChecked(GetRecoveredDevices());
     vbMain().announcer->AnnounceDevices(failedNow, recoveredNow);
     vbMain().window->setStatusText(u"Writing Log..."_s);
     co_await logChanges(failedNow, u"Failure"_s);

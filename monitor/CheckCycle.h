@@ -48,7 +48,7 @@ private:
     Task<void> writePortResults(ResultTable results);
     Task<void> CheckFinish();
     Task<void> finishCycle();
-    Task<void> reportChanges();
+    Task<void> reportChanges(ResultTable failedNow, ResultTable recoveredNow);
     Task<void> logChanges(ResultTable changes, QString type);
     ResultTable onlyChecked(const ResultTable &changes) const;
     void startCountdown();

@@ -58,7 +58,7 @@ Task<void> PingCheck::checkAll(ResultTable list)
         const int element = co_await findFreeElement();
         if (!vbMain().monitoring)
             break; // switched off while waiting: what was not started is not started any more
-        const QString host = list.at(pingList::Host, row);
+        const QString &host = list.at(pingList::Host, row);
         startPing(element, host, list.at(pingList::PortId, row), parameters);
         vbMain().window->setStatusText("Check in progress.  Pinging...("_L1 + host + u')');
     }

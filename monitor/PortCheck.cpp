@@ -71,7 +71,7 @@ Task<void> PortCheck::checkAll(ResultTable list)
         const int element = co_await findFreeSocket();
         if (!vbMain().monitoring)
             break; // switched off while waiting: what was not started is not started any more
-        const QString host = list.at(portList::Host, row);
+        const QString &host = list.at(portList::Host, row);
         vbMain().window->setStatusText("Check in progress... ("_L1 + host + u')');
         startConnection(element, host, list.at(portList::Port, row), list.at(portList::PortId, row));
     }

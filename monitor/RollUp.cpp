@@ -1,6 +1,7 @@
 #include "monitor/RollUp.h"
 
 #include "core/MainWindow.h"
+#include "core/SpokenName.h"
 #include "core/StatusCodes.h"
 #include "core/Trap.h"
 #include "core/Waits.h"
@@ -155,9 +156,4 @@ ResultTable GetRecoveredDevices()
                                 row.Field(u"PortID"_s).text() };
         });
     });
-}
-
-QString SpokenDeviceName(const QString &name, const QString &alias, bool refer)
-{
-    return refer || alias.isEmpty() ? name : alias;
 }

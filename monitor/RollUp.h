@@ -22,6 +22,3 @@ Task<int> Check_TVIcons();
 ResultTable GetFailedDevices();
 /** Checks whose recovery is not yet reported, 5 columns × n rows of text. */
 ResultTable GetRecoveredDevices();
-
-/** How texts name a device: by its name when refer is true, else by its alias when there is one. */
-QString SpokenDeviceName(const QString &name, const QString &alias, bool refer);

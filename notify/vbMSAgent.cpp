@@ -41,17 +41,11 @@ ResultTable missingSaying(const QString &saying)
     return line;
 }
 
-void replaceInText(ResultTable &lines, QLatin1StringView token, const QString &text)
-{
-    for (int row = 0; row < lines.rows(); ++row)
-        lines.set(kText, row, QString(lines.at(kText, row)).replace(token, text));
-}
-
 /** The spoken form of a device: spelled out (upper case) unless it is to be pronounced, dots as words, mapped to
     the written name for the balloon. */
 QString spokenItem(const ResultTable &changes, int row, const ChangeKind &kind)
 {
-    const QString name = changes.at(0, row);
+    const QString &name = changes.at(0, row);
     QString spoken = dao::Value(changes.at(kind.pronounceColumn, row)).boolean() ? name.toLower() : name.toUpper();
     spoken.replace(u'.', "\\pau=50\\ dot \\pau=25\\"_L1);
     QString item = "\\map=\""_L1 + spoken + "\"=\""_L1 + name + "\"\\ port "_L1 + changes.at(1, row);
@@ -74,7 +68,7 @@ void addChanges(QList<ResultTable> &announcement, const ResultTable &changes, co
     for (int row = 0; row < changes.rows(); ++row)
         list += spokenItem(changes, row, kind);
     ResultTable lines = MSAgentSpeak(kind.list);
-    replaceInText(lines, "<DEVICELIST>"_L1, list);
+    ReplaceInText(lines, u"<DEVICELIST>"_s, list);
     announcement.append(lines);
 }
 
@@ -82,8 +76,8 @@ ResultTable dateAndTime()
 {
     const QDateTime now = Clock::now();
     ResultTable lines = MSAgentSpeak(u"AnnounceDateTime"_s);
-    replaceInText(lines, "<DATE>"_L1, QLocale::system().toString(now.date(), QLocale::LongFormat));
-    replaceInText(lines, "<TIME>"_L1, QLocale::system().toString(now.time(), QLocale::ShortFormat));
+    ReplaceInText(lines, u"<DATE>"_s, QLocale::system().toString(now.date(), QLocale::LongFormat));
+    ReplaceInText(lines, u"<TIME>"_s, QLocale::system().toString(now.time(), QLocale::ShortFormat));
     return lines;
 }
 
@@ -104,6 +98,12 @@ ResultTable MSAgentSpeak(const QString &saying)
                            rows.Field(u"Agent_X"_s).text(), rows.Field(u"Agent_Y"_s).text() });
         return lines;
     });
+}
+
+void ReplaceInText(ResultTable &lines, const QString &token, const QString &text)
+{
+    for (int row = 0; row < lines.rows(); ++row)
+        lines.set(kText, row, QString(lines.at(kText, row)).replace(token, text));
 }
 
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow)

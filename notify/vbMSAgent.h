@@ -9,6 +9,9 @@
     a saying that the database does not hold gives a line that says so. */
 ResultTable MSAgentSpeak(const QString &saying);
 
+/** Fills a token into the text of every line. */
+void ReplaceInText(ResultTable &lines, const QString &token, const QString &text);
+
 /** The announcement after a cycle as the texts to speak, in order; empty when nothing is to be said.
     failedNow has 6 columns, recoveredNow 5. */
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow);

@@ -84,24 +84,34 @@ void CommandHandlers::restore()
 
 // Editors
 
+void CommandHandlers::addGroup() { m_parts.editors->addGroup(m_editedTree); }
+
+void CommandHandlers::addDevice() { m_parts.editors->addDevice(m_editedTree); }
+
+void CommandHandlers::addPort() { m_parts.editors->addPort(m_editedTree); }
+
+void CommandHandlers::portList() { m_parts.editors->portList(m_editedTree); }
+
+void CommandHandlers::about() { m_parts.editors->about(m_editedTree); }
+
 void CommandHandlers::nodeProperties()
 {
-    m_parts.editors->properties(m_parts.tree.currentLevel(), m_parts.tree.currentKey());
+    m_parts.editors->properties(m_editedTree, m_parts.tree.currentLevel(), m_parts.tree.currentKey());
 }
 
 void CommandHandlers::nodeDetails()
 {
-    m_parts.editors->details(m_parts.tree.currentLevel(), m_parts.tree.currentKey());
+    m_parts.editors->details(m_editedTree, m_parts.tree.currentLevel(), m_parts.tree.currentKey());
 }
 
 void CommandHandlers::rowProperties()
 {
     const StatusRow row = m_parts.list.currentRow();
-    m_parts.editors->properties(row.level, row.key);
+    m_parts.editors->properties(m_editedTree, row.level, row.key);
 }
 
 void CommandHandlers::rowDetails()
 {
     const StatusRow row = m_parts.list.currentRow();
-    m_parts.editors->details(row.level, row.key);
+    m_parts.editors->details(m_editedTree, row.level, row.key);
 }

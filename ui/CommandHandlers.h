@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/NodeKeys.h"
-#include "ui/WindowParts.h"
+#include "ui/WindowTree.h"
 
 enum class ViewMode;
 
@@ -11,6 +11,7 @@ class CommandHandlers
 public:
     explicit CommandHandlers(const WindowParts &parts)
         : m_parts(parts)
+        , m_editedTree(parts)
     {
     }
 
@@ -30,6 +31,7 @@ public:
     void collapseNodes();
     void toggleToolBar();
     void toggleStatusBar();
+    void viewHTML();
     void viewLog();
 
     void resetCounters();
@@ -42,6 +44,11 @@ public:
     /** Flips the selected device between disabled and enabled. */
     void disableDevice();
 
+    void addGroup();
+    void addDevice();
+    void addPort();
+    void portList();
+    void about();
     void nodeProperties();
     void nodeDetails();
     void rowProperties();
@@ -56,4 +63,5 @@ private:
     void setViewMode(ViewMode mode);
     void showView(int index);
     WindowParts m_parts;
+    WindowTree m_editedTree;
 };

@@ -8,6 +8,7 @@ struct CommandState {
     bool monitoring = false;
     bool checking = false; // a cycle runs
     NodeLevel node = NodeLevel::None; // selected in the tree
+    bool editors = false; // there are any
     bool nodeDisabled = false; // a device that is switched off
     bool nodeEditable = false;
     bool nodeHasDetails = false;

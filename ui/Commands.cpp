@@ -46,9 +46,19 @@ bool groupIdle(const State &s) { return onGroup(s) && isIdle(s); }
 bool deviceIdle(const State &s) { return onDevice(s) && isIdle(s); }
 bool portIdle(const State &s) { return onPort(s) && isIdle(s); }
 bool nodeDisabled(const State &s) { return s.nodeDisabled; }
+bool hasEditors(const State &s) { return s.editors; }
+bool editorsIdle(const State &s) { return hasEditors(s) && isIdle(s); }
+bool mayAddGroup(const State &s) { return hasEditors(s) && s.node == NodeLevel::Root; }
+bool mayAddDevice(const State &s) { return hasEditors(s) && onGroup(s); }
+bool mayAddPort(const State &s) { return hasEditors(s) && onDevice(s); }
+bool addGroupIdle(const State &s) { return mayAddGroup(s) && isIdle(s); }
+bool addDeviceIdle(const State &s) { return mayAddDevice(s) && isIdle(s); }
+bool addPortIdle(const State &s) { return mayAddPort(s) && isIdle(s); }
 bool nodeEditable(const State &s) { return s.nodeEditable; }
+bool nodeEditableIdle(const State &s) { return s.nodeEditable && isIdle(s); }
 bool nodeHasDetails(const State &s) { return s.nodeHasDetails; }
 bool rowEditable(const State &s) { return s.rowEditable; }
+bool rowEditableIdle(const State &s) { return s.rowEditable && isIdle(s); }
 bool rowHasDetails(const State &s) { return s.rowHasDetails; }
 bool toolBarShown(const State &s) { return s.toolBar; }
 bool statusBarShown(const State &s) { return s.statusBar; }
@@ -98,6 +108,7 @@ const std::array kCommands {
         nullptr, nullptr, toolBarShown },
     Command { "mnuViewStatusBar", "Status &Bar", nullptr, nullptr, "Show or hide the status bar",
         &H::toggleStatusBar, nullptr, nullptr, statusBarShown },
+    Command { "mnuViewHTML", "&HTML Output", "Ctrl+H", "html", "Open the status page", &H::viewHTML },
     Command { "mnuViewLog", "Log &File", "Ctrl+L", "log", "Open the log file", &H::viewLog },
     Command { "mnuViewRefresh", "&Refresh", "F5", "refresh", "Read tree and list again from the database",
         &H::refresh },
@@ -111,8 +122,20 @@ const std::array kCommands {
     Command { "mnuToolsClearRegistry", "&Clear Registry", nullptr, nullptr, "Delete all settings",
         &H::clearRegistry, isIdle },
 
+    Command { "mnuPortList", "&Port List...", nullptr, "view_list", "Edit the catalogue of known ports",
+        &H::portList, editorsIdle, hasEditors },
+    Command { "mnuHelpAbout", "&About...", nullptr, nullptr, "Show the version of the program", &H::about,
+        hasEditors, hasEditors },
+
     Command { "mnutvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
         &H::refresh },
+    Command { "mnutvAddGroup", "&Add Group...", "Ins", "add", "Add a group of devices", &H::addGroup,
+        addGroupIdle, mayAddGroup },
+    Command { "mnutvAddDevice", "&Add Device...", "Ins", "add",
+        "Add a device, or a range of addresses, to the selected group", &H::addDevice, addDeviceIdle,
+        mayAddDevice },
+    Command { "mnutvAddPort", "&Add Port...", "Ins", "add", "Choose what is checked on the selected device",
+        &H::addPort, addPortIdle, mayAddPort },
     Command { "mnutvDisableDevice", "D&isable Device", nullptr, nullptr, "Leave the device out of the checks",
         &H::disableDevice, deviceIdle, onDevice, nodeDisabled, Scope::Tree },
     Command { "mnutvDeleteGroup", "&Delete Group", "Del", "delete", "Delete the selected group",
@@ -126,7 +149,7 @@ const std::array kCommands {
         "Show the history of the selected check", &H::nodeDetails, nodeHasDetails, nodeHasDetails, nullptr,
         Scope::Tree },
     Command { "mnutvProperties", "&Properties", "Alt+Return", "properties", "Edit the selected object",
-        &H::nodeProperties, nodeEditable, nodeEditable, nullptr, Scope::Tree },
+        &H::nodeProperties, nodeEditableIdle, nodeEditable, nullptr, Scope::Tree },
 
     Command { "mnulvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
         &H::refresh },
@@ -134,7 +157,7 @@ const std::array kCommands {
         "Show the history of the selected check", &H::rowDetails, rowHasDetails, rowHasDetails, nullptr,
         Scope::List },
     Command { "mnulvRightClickProperties", "&Properties", "Alt+Return", "properties",
-        "Edit the selected object", &H::rowProperties, rowEditable, rowEditable, nullptr, Scope::List },
+        "Edit the selected object", &H::rowProperties, rowEditableIdle, rowEditable, nullptr, Scope::List },
 
     Command { "mnuSysTrayRestore", "&Restore", nullptr, "restore", "Show the window", &H::restore },
     Command { "mnuSysTrayExit", "E&xit", nullptr, "exit", "Close the program", &H::exit },
@@ -149,20 +172,24 @@ struct Menu {
 
 const std::array kMenus {
     Menu { "mnuFile", "&File", { "mnuFilemnuExit" } },
+    Menu { "mnuEdit", "&Edit",
+        { "mnutvAddGroup", "mnutvAddDevice", "mnutvAddPort", "-", "mnutvDisableDevice", "mnutvDeleteGroup",
+            "mnutvDeleteDevice", "mnutvDeletePort", "-", "mnutvPortDetails", "mnutvProperties" } },
     Menu { "mnuMonitoring", "&Monitoring", { "mnuMonitoringOn", "mnuMonitoringOff" } },
     Menu { "mnuView", "&View",
         { "mnuViewStatus", "mnuViewEventViewer", "-", ">mnuListViewMode", "mnuViewExpandNodes",
-            "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewLog", "-",
+            "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewHTML", "mnuViewLog", "-",
             "mnuViewRefresh" } },
-    Menu { "mnuTools", "&Tools", { "mnuResetCounters", ">mnuToolsAdvanced" } },
+    Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
     Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
+    Menu { "mnuHelp", "&Help", { "mnuHelpAbout" } },
     Menu { "mnuListViewMode", "List View &Mode",
         { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails" } },
     Menu { "mnuViews", "Views",
         { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails", "-",
             "mnuViewExpandNodes", "mnuViewCollapseNodes" } },
     Menu { "mnutvRightClick", "Tree",
-        { "mnutvRefresh", "-", "mnutvDisableDevice", "mnutvDeleteGroup", "mnutvDeleteDevice",
+        { "mnutvRefresh", "-", "mnutvAddGroup", "mnutvAddDevice", "mnutvAddPort", "mnutvDisableDevice", "mnutvDeleteGroup", "mnutvDeleteDevice",
             "mnutvDeletePort", "-", "mnuViewExpandNodes", "mnuViewCollapseNodes", "-", "mnutvPortDetails",
             "mnutvProperties" } },
     Menu { "mnulvRightClick", "List",
@@ -175,7 +202,7 @@ const std::array kMenus {
             "mnuSysTrayExit" } },
 };
 
-constexpr const char *kMenuBar[] = { "mnuFile", "mnuMonitoring", "mnuView", "mnuTools" };
+constexpr const char *kMenuBar[] = { "mnuFile", "mnuEdit", "mnuMonitoring", "mnuView", "mnuTools", "mnuHelp" };
 constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh" };
 
 const Menu &menuNamed(QByteArrayView name)

@@ -47,6 +47,11 @@ public:
         image = code;
         emitDataChanged();
     }
+    void setText(const QString &text)
+    {
+        m_text = text;
+        emitDataChanged();
+    }
     Node *parentNode() const { return static_cast<Node *>(parent()); }
 
     const NodeLevel level;
@@ -352,23 +357,44 @@ bool DeviceTree::selectNode(NodeLevel level, const QString &key)
     return true;
 }
 
-void DeviceTree::removeCurrent()
+void DeviceTree::removeCurrent() { remove(current()); }
+
+void DeviceTree::removeNode(NodeLevel level, const QString &key) { remove(find(level, key)); }
+
+void DeviceTree::remove(Node *node)
 {
-    Node *node = current();
     if (!node || !node->parent())
         return;
     ++m_generation;
     const QScopedValueRollback loading(m_loading, true);
     Node *parent = node->parentNode();
+    bool currentGoes = false;
     QList<Node *> doomed { node };
     for (int i = 0; i < doomed.size(); ++i) {
         Node *victim = doomed.at(i);
+        currentGoes |= victim == current();
         m_nodes.remove({ victim->level, victim->key });
         for (int child = 0; child < victim->childCount(); ++child)
             doomed.append(static_cast<Node *>(victim->child(child)));
     }
     delete node;
-    setCurrentItem(parent);
+    if (currentGoes)
+        setCurrentItem(parent);
+}
+
+void DeviceTree::insertNode(
+    NodeLevel level, const QString &parentKey, const QString &key, const QString &text, int image)
+{
+    if (find(level, key))
+        return;
+    ++m_generation;
+    addNode(&require(NodeLevel(int(level) - 1), parentKey), level, key, text, image);
+}
+
+void DeviceTree::setNodeText(NodeLevel level, const QString &key, const QString &text)
+{
+    if (Node *node = find(level, key))
+        node->setText(text);
 }
 
 int DeviceTree::imageOf(NodeLevel level, const QString &key) const

@@ -33,6 +33,11 @@ public:
     bool selectNode(NodeLevel level, const QString &key);
     /** Removes the current node; its parent becomes current. */
     void removeCurrent();
+    void removeNode(NodeLevel level, const QString &key);
+    /** Adds a node as the last child of a node one level up; nothing when it is there already. */
+    void insertNode(
+        NodeLevel level, const QString &parentKey, const QString &key, const QString &text, int image);
+    void setNodeText(NodeLevel level, const QString &key, const QString &text);
     /** The node click of the current node; nothing without one. */
     void clickCurrent();
 
@@ -78,6 +83,7 @@ private:
     void refreshPorts(qint64 deviceId);
     void applyExpansion(const QList<DeviceRow> &rows, bool expandOnFailure, bool collapseOnRecovery);
 
+    void remove(Node *node);
     Node *find(NodeLevel level, const QString &key) const;
     Node &require(NodeLevel level, const QString &key) const;
     Node *current() const;

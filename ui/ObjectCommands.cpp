@@ -6,6 +6,7 @@
 #include "core/StatusCodes.h"
 #include "core/Trap.h"
 #include "core/vbMain.h"
+#include "notify/vbHTML.h"
 #include "ui/DeviceTree.h"
 #include "ui/EventList.h"
 #include "ui/StatusList.h"
@@ -25,6 +26,8 @@ bool confirmed(const QString &question)
 void logInformation(const QString &message) { WriteLog(message, u"Information"_s, 0, 0); }
 
 } // namespace
+
+void CommandHandlers::viewHTML() { ViewHTML(); }
 
 void CommandHandlers::viewLog()
 {

@@ -273,6 +273,7 @@ CommandState frmMain::commandState() const
     state.checking = m_monitoring == MonitoringState::Checking || m_cycle->checkInProgress();
     state.node = m_tree->currentLevel();
     state.nodeDisabled = state.node == NodeLevel::Device && m_tree->currentImage() == status::DeviceDisabled;
+    state.editors = m_editors != nullptr;
     if (m_editors) {
         const StatusRow row = m_list->currentRow();
         state.nodeEditable = m_editors->canEdit(state.node, m_tree->currentKey());

@@ -274,7 +274,14 @@ QString withoutBlanks(QStringView value, bool atStart, bool atEnd)
 }
 
 Value lCase(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return s.toLower(); }); }
-Value uCase(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return s.toUpper(); }); }
+Value uCase(Engine &e, Args &a)
+{
+    return changed(e, a, [](QString s) {
+        for (QChar &c : s) // one by one: the length stays
+            c = c.toUpper();
+        return s;
+    });
+}
 Value lTrim(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return withoutBlanks(s, true, false); }); }
 Value rTrim(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return withoutBlanks(s, false, true); }); }
 Value trim(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return withoutBlanks(s, true, true); }); }

@@ -136,9 +136,10 @@ Expr *Parser::primary()
 /** Reads `(…)` and `.name` behind an operand. The caller may ask where the last parenthesis stood. */
 Expr *Parser::postfix(Expr *base, size_t *lastParen, Expr **beforeParen)
 {
+    bool settled = false; // `foo (a).b`: the parenthesis behind a blank starts the argument
     for (;;) {
         if (at(Tok::LeftParen) && base->kind != ExprKind::Literal && base->kind != ExprKind::Parenthesised) {
-            if (lastParen) {
+            if (lastParen && !settled) {
                 *lastParen = m_pos;
                 *beforeParen = base;
             }
@@ -153,7 +154,8 @@ Expr *Parser::postfix(Expr *base, size_t *lastParen, Expr **beforeParen)
             setDepth(expr, depth);
             base = expr;
         } else if (at(Tok::Dot) && !current().spaceBefore) {
-            if (lastParen)
+            settled = settled || (lastParen && *beforeParen && m_tokens[*lastParen].spaceBefore);
+            if (lastParen && !settled)
                 *beforeParen = nullptr;
             Expr *expr = newExpr(ExprKind::Member);
             ++m_pos;

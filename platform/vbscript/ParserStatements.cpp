@@ -405,7 +405,8 @@ void Parser::assignmentOrCall(Block &body)
         return;
     }
     stmt->target = target;
-    if (atStatementEnd()) {
+    const bool startsArgument = beforeParen && target->left != beforeParen;
+    if (atStatementEnd() && !startsArgument) {
         if (target->kind != ExprKind::Call)
             return;
         if (target->args.size() > 1)

@@ -142,7 +142,7 @@ bool Engine::callValue(const Instruction &i)
 {
     const Value callee = at(i.c).resolved();
     dropTemporary(i.c);
-    return callValueOf(callee, i.n ? &at(i.b) : &at(i.b), i.n, i.a, i.c, i.b);
+    return callValueOf(callee, &at(i.b), i.n, i.a, i.c, i.b);
 }
 
 /** An array element, a procedure behind a value, or an object's default member. */

@@ -3,6 +3,7 @@
 #include "platform/vbscript/Memory.h"
 #include "platform/vbscript/Object.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -218,7 +219,7 @@ Value Value::number(qint64 value)
 Value Value::string(QStringView text)
 {
     StringData *data = newString(text.size(), text.size());
-    std::memcpy(data->text(), text.utf16(), size_t(text.size()) * 2);
+    std::copy(text.utf16(), text.utf16() + text.size(), data->text());
     return Value(Type::String, static_cast<Counted *>(data));
 }
 

@@ -264,7 +264,8 @@ TEST_F(CommandsTest, OnlyWhatCanBeDoneIsOffered)
         window->setMonitoringState(row.state);
         EXPECT_EQ(enabled(monitoring).join(u' '), QString::fromUtf16(row.enabled));
     }
-    const QStringList objects { u"mnutvDeleteGroup"_s, u"mnutvDeleteDevice"_s, u"mnutvDeletePort"_s,
+    const QStringList objects { u"mnutvAddGroup"_s, u"mnutvAddDevice"_s, u"mnutvAddPort"_s, u"mnutvDeleteGroup"_s,
+        u"mnutvDeleteDevice"_s, u"mnutvDeletePort"_s,
         u"mnutvDisableDevice"_s, u"mnutvPortDetails"_s, u"mnutvProperties"_s };
     struct Node {
         NodeLevel level;
@@ -272,31 +273,42 @@ TEST_F(CommandsTest, OnlyWhatCanBeDoneIsOffered)
         const char16_t *idle;
         const char16_t *checking;
     };
-    for (const Node &row : { Node { NodeLevel::Root, u"Root"_s, u"", u"" },
-             Node { NodeLevel::Group, net.groupKey, u"mnutvDeleteGroup mnutvProperties", u"mnutvProperties" },
-             Node { NodeLevel::Device, net.deviceKey, u"mnutvDeleteDevice mnutvDisableDevice mnutvProperties",
-                 u"mnutvProperties" },
+    for (const Node &row : { Node { NodeLevel::Root, u"Root"_s, u"mnutvAddGroup", u"" },
+             Node { NodeLevel::Group, net.groupKey, u"mnutvAddDevice mnutvDeleteGroup mnutvProperties", u"" },
+             Node { NodeLevel::Device, net.deviceKey,
+                 u"mnutvAddPort mnutvDeleteDevice mnutvDisableDevice mnutvProperties", u"" },
              Node { NodeLevel::Port, net.portKey, u"mnutvDeletePort mnutvPortDetails mnutvProperties",
-                 u"mnutvPortDetails mnutvProperties" } }) {
+                 u"mnutvPortDetails" } }) {
         select(row.level, row.key);
         window->setMonitoringState(MonitoringState::Off);
         EXPECT_EQ(enabled(objects).join(u' '), QString::fromUtf16(row.idle));
         window->setMonitoringState(MonitoringState::Checking);
         EXPECT_EQ(enabled(objects).join(u' '), QString::fromUtf16(row.checking));
     }
+    window->setMonitoringState(MonitoringState::Off);
     select(NodeLevel::Device, net.deviceKey);
     list().selectRow(1);
     trigger("mnulvRightClickDetails");
     QTest::keyClick(&tree(), Qt::Key_Return, Qt::AltModifier);
-    EXPECT_EQ(editors.opened, QStringList({ u"details 1:80"_s, u"properties "_s + net.deviceKey }));
+    for (const auto &[level, key] : { std::pair(NodeLevel::Root, u"Root"_s),
+             std::pair(NodeLevel::Group, net.groupKey), std::pair(NodeLevel::Device, net.deviceKey) }) {
+        select(level, key);
+        QTest::keyClick(&tree(), Qt::Key_Insert);
+    }
+    trigger("mnuPortList");
+    trigger("mnuHelpAbout");
+    EXPECT_EQ(editors.opened,
+        QStringList({ u"details 1:80"_s, u"properties "_s + net.deviceKey, u"add group"_s,
+            u"add device "_s + net.groupKey, u"add port "_s + net.deviceKey, u"port list"_s, u"about"_s }));
 }
 
 TEST_F(CommandsTest, EditorCommandsAreAbsentWithoutEditors)
 {
     open();
     select(NodeLevel::Port, net.portKey);
-    EXPECT_EQ(
-        enabled({ u"mnutvPortDetails"_s, u"mnutvProperties"_s, u"mnulvRightClickDetails"_s }), QStringList());
+    EXPECT_EQ(enabled({ u"mnutvPortDetails"_s, u"mnutvProperties"_s, u"mnulvRightClickDetails"_s,
+                  u"mnuPortList"_s, u"mnuHelpAbout"_s }),
+        QStringList());
 }
 
 TEST_F(CommandsTest, MonitoringKeyToggles)

@@ -25,9 +25,14 @@ class RecordingEditors : public Editors
 public:
     QStringList opened;
     bool canEdit(NodeLevel level, const QString &) const override { return level >= NodeLevel::Group; }
-    void properties(NodeLevel, const QString &key) override { opened << QStringLiteral("properties ") + key; }
+    void properties(EditedTree &, NodeLevel, const QString &key) override { opened << QStringLiteral("properties ") + key; }
     bool hasDetails(NodeLevel level, const QString &) const override { return level == NodeLevel::Port; }
-    void details(NodeLevel, const QString &key) override { opened << QStringLiteral("details ") + key; }
+    void details(EditedTree &, NodeLevel, const QString &key) override { opened << QStringLiteral("details ") + key; }
+    void addGroup(EditedTree &) override { opened << QStringLiteral("add group"); }
+    void addDevice(EditedTree &tree) override { opened << QStringLiteral("add device ") + tree.currentKey(); }
+    void addPort(EditedTree &tree) override { opened << QStringLiteral("add port ") + tree.currentKey(); }
+    void portList(EditedTree &) override { opened << QStringLiteral("port list"); }
+    void about(EditedTree &) override { opened << QStringLiteral("about"); }
 };
 
 /** The real window on a real database; only boxes, announcer and time are the test's. */

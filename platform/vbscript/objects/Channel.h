@@ -43,8 +43,8 @@ private:
 /** Waits until `fd` is ready for `events` (poll(2)) or a slice of time is over; tells whether it is. */
 bool waitFor(ScriptHost &host, int fd, short events);
 /**
- * write(2) of all bytes; `whileWaiting` runs between attempts that would block. Throws systemError. The caller holds a
- * SigpipeBlock where there is somebody on the other side.
+ * write(2) of all bytes; `whileWaiting` runs between attempts that would block. Throws systemError. The
+ * caller holds a SigpipeBlock where there is somebody on the other side.
  */
 template <class Waiter>
 void writeAll(int fd, QByteArrayView bytes, Waiter whileWaiting)

@@ -18,10 +18,10 @@ struct Alias
     const char *known;
 };
 constexpr Alias kAliases[] = {
-    { "unicode", "utf-16le" }, { "utf-16", "utf-16le" }, { "unicodefffe", "utf-16be" }, { "ascii", "us-ascii" },
-    { "utf8", "utf-8" }, { "iso-8859-1", "windows-1252" }, // as browsers and the original read it
+    { "unicode", "utf-16le" }, { "utf-16", "utf-16le" }, { "unicodefffe", "utf-16be" },
+    { "ascii", "us-ascii" }, { "utf8", "utf-8" },
+    { "iso-8859-1", "windows-1252" }, // as browsers read it
 };
-
 }
 
 Charset::Charset(const QString &name) : m_name(name.trimmed().toLower().toLatin1())

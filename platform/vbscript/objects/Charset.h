@@ -18,8 +18,8 @@ public:
     QByteArray mark() const;
     QByteArray encode(QStringView text);
     /**
-     * Decodes at most `most` UTF-16 units (a pair that begins within them is kept whole). `used` tells how many
-     * bytes that took. Bytes that mean nothing become U+FFFD.
+     * Decodes at most `most` UTF-16 units (a pair that begins within them is kept whole). `used` tells how
+     * many bytes that took. Bytes that mean nothing become U+FFFD.
      */
     QString decode(QByteArrayView bytes, qsizetype most, qsizetype &used);
 

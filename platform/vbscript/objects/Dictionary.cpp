@@ -81,7 +81,12 @@ private:
 bool isNumeric(const Value &value)
 {
     switch (value.type()) {
-    case Type::Integer: case Type::Long: case Type::Byte: case Type::Boolean: case Type::Single: case Type::Double:
+    case Type::Integer:
+    case Type::Long:
+    case Type::Byte:
+    case Type::Boolean:
+    case Type::Single:
+    case Type::Double:
     case Type::Currency: case Type::Date:
         return true;
     default:
@@ -113,7 +118,8 @@ bool Dictionary::sameKey(const Value &left, const Value &right) const
     if (left.type() != right.type())
         return false;
     if (left.is(Type::String))
-        return left.view().compare(right.view(), m_compareMode ? Qt::CaseInsensitive : Qt::CaseSensitive) == 0;
+        return left.view().compare(right.view(), m_compareMode ? Qt::CaseInsensitive : Qt::CaseSensitive)
+            == 0;
     return !left.is(Type::Object) || left.object() == right.object();
 }
 

@@ -12,7 +12,14 @@ namespace vbs::objects {
 
 namespace {
 
-enum DriveType { UnknownDrive = 0, RemovableDrive = 1, FixedDrive = 2, NetworkDrive = 3, OpticalDrive = 4, RamDrive = 5 };
+enum DriveType {
+    UnknownDrive = 0,
+    RemovableDrive = 1,
+    FixedDrive = 2,
+    NetworkDrive = 3,
+    OpticalDrive = 4,
+    RamDrive = 5
+};
 
 struct FileSystemKind
 {
@@ -126,13 +133,18 @@ public:
         };
         return table;
     }
-    std::unique_ptr<Enumerator> enumerate(ScriptHost &) override { return std::make_unique<DriveWalk>(volumes()); }
+    std::unique_ptr<Enumerator> enumerate(ScriptHost &) override
+    {
+        return std::make_unique<DriveWalk>(volumes());
+    }
 
 private:
     static QList<QStorageInfo> volumes()
     {
         QList<QStorageInfo> found = QStorageInfo::mountedVolumes();
-        found.removeIf([](const QStorageInfo &volume) { return !volume.isValid() || !QFileInfo(volume.rootPath()).isDir(); });
+        found.removeIf([](const QStorageInfo &volume) {
+            return !volume.isValid() || !QFileInfo(volume.rootPath()).isDir();
+        });
         return found;
     }
     Value item(Args &args) { return Value::object(makeDrive(args.text(0))); }

@@ -4,7 +4,8 @@
 
 namespace vbs::objects {
 
-/** Variables of one kind ("PROCESS", "SYSTEM" …); only those of the process can be changed. 5: unknown kind. */
+/** Variables of one kind ("PROCESS", "SYSTEM" …); only those of the process can be changed. 5: unknown kind.
+ */
 Value makeEnvironment(const QString &kind);
 /** Folders by the names that scripts know ("Desktop", "MyDocuments" …). */
 Object *makeSpecialFolders();

@@ -126,7 +126,8 @@ private:
     Value openAsTextStream(Args &args)
     {
         info();
-        return Value::object(openTextFile(args.host(), m_path, args.integer(0, 1), false, args.integer(1, 0)));
+        return Value::object(
+            openTextFile(args.host(), m_path, args.integer(0, 1), false, args.integer(1, 0)));
     }
 };
 
@@ -160,7 +161,8 @@ private:
     Value createTextFile(Args &args)
     {
         const QString place = m_path + u'/' + args.text(0);
-        return Value::object(vbs::objects::createTextFile(nativePath(place), args.boolean(1, true), args.boolean(2, false)));
+        return Value::object(
+            vbs::objects::createTextFile(nativePath(place), args.boolean(1, true), args.boolean(2, false)));
     }
     Value files(Args &);
     Value subFolders(Args &);

@@ -7,7 +7,8 @@ namespace vbs {
 class ScriptHost;
 }
 
-/** The deeds of the file system object. Paths are this system's; all throw ScriptError and respect the deadline. */
+/** The deeds of the file system object. Paths are this system's; all throw ScriptError and respect the
+ * deadline. */
 namespace vbs::objects::files {
 
 enum class Kind { File, Folder };
@@ -19,7 +20,8 @@ QStringList list(ScriptHost &host, const QString &folder, Kind kind);
 /** What a source with wildcards in its last component stands for; 53 or 76 when nothing matches. */
 QStringList expand(ScriptHost &host, const QString &spec, Kind kind);
 
-/** `spec` and `target` are as the script wrote them: a trailing separator of the target means into that folder. */
+/** `spec` and `target` are as the script wrote them: a trailing separator of the target means into that
+ * folder. */
 void copyFiles(ScriptHost &host, const QString &spec, const QString &target, bool overwrite);
 void copyFolders(ScriptHost &host, const QString &spec, const QString &target, bool overwrite);
 void moveItems(ScriptHost &host, const QString &spec, const QString &target, Kind kind);

@@ -157,7 +157,8 @@ Value FileSystem::getStandardStream(Args &args)
     const int copy = ::fcntl(which, F_DUPFD_CLOEXEC, 0);
     if (copy < 0)
         throw ScriptError(err::kBadFileName);
-    const TextStream::Style style { args.boolean(1, false) ? TextEncoding::Utf16 : TextEncoding::Utf8, false, true };
+    const TextStream::Style style { args.boolean(1, false) ? TextEncoding::Utf16 : TextEncoding::Utf8, false,
+        true };
     return Value::object(new TextStream(std::make_unique<FileChannel>(copy),
         which == 0 ? TextStream::Direction::Read : TextStream::Direction::Write, style));
 }

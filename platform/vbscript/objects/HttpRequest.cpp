@@ -156,7 +156,8 @@ void HttpRequest::advance(ScriptHost &host, int milliseconds)
     }
     while (m_transfer == transfer && m_state < stateNow()) {
         // A redirect takes answers back; what has been reported stays reported.
-        enter(host, transfer->isFinished() && !transfer->answer().headersComplete ? Done : State(m_state + 1));
+        enter(
+            host, transfer->isFinished() && !transfer->answer().headersComplete ? Done : State(m_state + 1));
     }
 }
 

@@ -113,7 +113,8 @@ void HttpTransfer::configure()
     curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, long(m_order.followRedirects));
     curl_easy_setopt(easy, CURLOPT_MAXREDIRS, 10L);
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1)); // later ones have no status text
+    curl_easy_setopt(
+        easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1)); // later ones have no status text
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L); // giving up does not wait for the resolver
     const HttpTimeouts &limits = m_order.timeouts;

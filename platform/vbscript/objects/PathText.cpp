@@ -33,7 +33,8 @@ bool endsWithSeparator(const QString &path) { return !path.isEmpty() && isSepara
 QString build(const QString &folder, const QString &name)
 {
     if (folder.isEmpty() || endsWithSeparator(folder) || name.isEmpty())
-        return folder + (endsWithSeparator(folder) && !name.isEmpty() && isSeparator(name[0]) ? name.mid(1) : name);
+        return folder
+            + (endsWithSeparator(folder) && !name.isEmpty() && isSeparator(name[0]) ? name.mid(1) : name);
     if (isSeparator(name[0]))
         return folder + name;
     const bool windows = hasDriveLetter(folder) || (folder.contains(u'\\') && !folder.contains(u'/'));

@@ -28,7 +28,9 @@ ScriptError componentError(qint32 number, const QString &text)
 ScriptError startError(int code)
 {
     switch (code) {
-    case ENOENT: case ENOTDIR: return componentError(kFileMissing, u"The system cannot find the file specified."_s);
+    case ENOENT:
+    case ENOTDIR:
+        return componentError(kFileMissing, u"The system cannot find the file specified."_s);
     case EACCES: case EPERM: return componentError(kAccessDenied, u"Access is denied."_s);
     case ENOEXEC: return componentError(kBadProgram, u"The program is not a valid application."_s);
     default: return systemError(code);

@@ -12,7 +12,8 @@ namespace vbs::objects {
 QStringList splitCommand(const QString &command);
 /**
  * Program and arguments of a command as scripts give it: variables expanded, the program looked for in PATH,
- * `cmd /c …` handed to the shell. Throws the system's "file not found" of components when there is no such program.
+ * `cmd /c …` handed to the shell. Throws the system's "file not found" of components when there is no such
+ * program.
  */
 QStringList resolveCommand(const QString &command);
 

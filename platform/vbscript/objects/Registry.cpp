@@ -45,8 +45,8 @@ QString settingsKey(const QString &path)
 ScriptError missing(const QString &path)
 {
     const QString what = path.endsWith(u'\\') ? u"registry key"_s : u"registry value"_s;
-    return ScriptError::fromComponent(
-        kFileMissing, u"Unable to open "_s + what + u" \""_s + path + u"\" for reading."_s, u"WshShell.RegRead"_s);
+    return ScriptError::fromComponent(kFileMissing,
+        u"Unable to open "_s + what + u" \""_s + path + u"\" for reading."_s, u"WshShell.RegRead"_s);
 }
 
 Value decoded(const QString &type, const QString &text)

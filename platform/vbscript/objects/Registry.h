@@ -3,8 +3,9 @@
 #include "platform/vbscript/objects/Support.h"
 
 /**
- * A small registry for scripts, kept per user in kavro2000/script-registry.ini below the configuration folder. Keys
- * are named as on Windows (HKCU\…, HKEY_LOCAL_MACHINE\…); a path that ends with a backslash is a key's own value.
+ * A small registry for scripts, kept per user in kavro2000/script-registry.ini below the configuration
+ * folder. Keys are named as on Windows (HKCU\…, HKEY_LOCAL_MACHINE\…); a path that ends with a backslash is a
+ * key's own value.
  */
 namespace vbs::objects::registry {
 

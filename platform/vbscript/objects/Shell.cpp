@@ -49,10 +49,12 @@ class Execution : public NativeObject<Execution>
 {
 public:
     explicit Execution(const QStringList &command)
-        : m_process(std::make_shared<Process>(command, Process::Streams::Piped)),
-          m_input(stream(std::make_unique<InputChannel>(m_process), TextStream::Direction::Write)),
-          m_output(stream(std::make_unique<OutputChannel>(m_process, Process::Out), TextStream::Direction::Read)),
-          m_errors(stream(std::make_unique<OutputChannel>(m_process, Process::Error), TextStream::Direction::Read))
+        : m_process(std::make_shared<Process>(command, Process::Streams::Piped))
+        , m_input(stream(std::make_unique<InputChannel>(m_process), TextStream::Direction::Write))
+        , m_output(
+              stream(std::make_unique<OutputChannel>(m_process, Process::Out), TextStream::Direction::Read))
+        , m_errors(
+              stream(std::make_unique<OutputChannel>(m_process, Process::Error), TextStream::Direction::Read))
     {
     }
     QString typeName() const override { return u"WshExec"_s; }
@@ -146,7 +148,8 @@ void Shell::putCurrentDirectory(Args &args)
 {
     const QString folder = nativePath(toText(args.host(), args.newValue()));
     if (!QFileInfo(folder).isDir())
-        throw ScriptError::fromComponent(kFileMissing, u"The system cannot find the file specified."_s, u"WshShell"_s);
+        throw ScriptError::fromComponent(
+            kFileMissing, u"The system cannot find the file specified."_s, u"WshShell"_s);
     setWorkingFolder(folder);
 }
 

@@ -163,7 +163,8 @@ Value Stream::readText(Args &args)
     const memory::Charge passing(count >= 0 ? qMin<qint64>(2LL * count, left) : left);
     if (count == kReadLine)
         return Value::string(takeLine(args.host()));
-    return Value::string(takeText(args.host(), count == kReadAll ? std::numeric_limits<qint32>::max() : count));
+    return Value::string(
+        takeText(args.host(), count == kReadAll ? std::numeric_limits<qint32>::max() : count));
 }
 
 Value Stream::skipLine(Args &args)

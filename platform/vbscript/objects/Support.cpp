@@ -64,7 +64,8 @@ QProcessEnvironment &environment()
 QString environmentValue(const QString &name)
 {
     const QProcessEnvironment &variables = environment();
-    const auto set = [&](const QString &exact) { return u""_s + variables.value(exact); }; // empty is not null
+    const auto set
+        = [&](const QString &exact) { return u""_s + variables.value(exact); }; // empty is not null
     if (variables.contains(name))
         return set(name);
     const QStringList names = variables.keys();
@@ -180,7 +181,8 @@ void ByteBuffer::reserve(qint64 size)
     if (size > kLargestBuffer)
         throw ScriptError(err::kOutOfMemory);
     constexpr qint64 kLargestStep = 8 * 1024 * 1024;
-    const qint64 capacity = qMax<qint64>(size, m_bytes.capacity() + qMin<qint64>(m_bytes.capacity(), kLargestStep));
+    const qint64 capacity
+        = qMax<qint64>(size, m_bytes.capacity() + qMin<qint64>(m_bytes.capacity(), kLargestStep));
     m_charge.resize(capacity);
     m_bytes.reserve(capacity);
 }

@@ -18,20 +18,23 @@ constexpr qint32 kFileMissing = -2147024894;  // 0x80070002
 constexpr qint32 kAccessDenied = -2147024891; // 0x80070005
 constexpr qint32 kBadProgram = -2147024703;   // 0x800700C1
 
-/** Folder that relative paths of scripts start from; the process's own at first. Changing it moves scripts only. */
+/** Folder that relative paths of scripts start from; the process's own at first. Changing it moves scripts
+ * only. */
 const QString &workingFolder();
 void setWorkingFolder(const QString &folder);
 
 /** Environment that scripts see and their commands get; changing it leaves the program's own alone. */
 QProcessEnvironment &environment();
-/** A variable; without regard to case, with the usual Windows names answered from this system. Null: unknown. */
+/** A variable; without regard to case, with the usual Windows names answered from this system. Null: unknown.
+ */
 QString environmentValue(const QString &name);
 /** Replaces %NAME%; unknown names stay as they are. */
 QString expandEnvironment(const QString &text);
 
 /**
- * Absolute, clean path on this system of a path as scripts write it: with slashes or backslashes, with or without
- * the letter C, which stands for the root. Throws 5 for an empty path, 52 for one with a NUL, 76 for other drives.
+ * Absolute, clean path on this system of a path as scripts write it: with slashes or backslashes, with or
+ * without the letter C, which stands for the root. Throws 5 for an empty path, 52 for one with a NUL, 76 for
+ * other drives.
  */
 QString nativePath(const QString &path);
 
@@ -44,7 +47,8 @@ Value dateValue(const QDateTime &when);
 /** Long where it fits, else Double: how sizes come. */
 Value sizeValue(qint64 size);
 
-/** Milliseconds that a wait may sleep before it looks at the deadline again; throws ScriptTimeout when it is over. */
+/** Milliseconds that a wait may sleep before it looks at the deadline again; throws ScriptTimeout when it is
+ * over. */
 int waitSlice(ScriptHost &host);
 
 /** Text of an argument without a copy where it is a string already. Valid while the argument is. */

@@ -21,8 +21,8 @@ bool startsLikeUtf16(const QString &path)
 {
     char mark[2] = {};
     QFile file(path);
-    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) && file.read(mark, 2) == 2 && mark[0] == '\xff'
-        && mark[1] == '\xfe';
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) && file.read(mark, 2) == 2
+        && mark[0] == '\xff' && mark[1] == '\xfe';
 }
 
 }
@@ -265,7 +265,8 @@ Object *openTextFile(ScriptHost &, const QString &path, qint32 mode, bool create
         flags |= O_APPEND;
     const bool unicode = format == kFormatUnicode || (format == kFormatDefault && startsLikeUtf16(path));
     auto channel = std::make_unique<FileChannel>(path, flags);
-    const TextStream::Style style { unicode ? TextEncoding::Utf16 : TextEncoding::Utf8, channel->size() == 0, false };
+    const TextStream::Style style { unicode ? TextEncoding::Utf16 : TextEncoding::Utf8, channel->size() == 0,
+        false };
     return new TextStream(std::move(channel),
         writes ? TextStream::Direction::Write : TextStream::Direction::Read, style);
 }

@@ -42,3 +42,15 @@ v = "deep" : Outer v : WScript.Echo v               ' expect: deep!
 Dim word : word = "a" : word = word & Chr(98) & Twice(2) & "c" : WScript.Echo word ' expect: ab4c
 Function Change : word = "changed" : Change = "x" : End Function
 word = "old" : word = word & Change : WScript.Echo word ' expect: oldx
+' a parenthesis behind a blank starts the first argument
+Class Greeter : Public Function Hi(x) : Hi = "hi" & x : End Function : End Class
+Sub S(x) : WScript.Echo "S " & x : End Sub
+S (New Greeter).Hi(3)                                     ' expect: S hi3
+S (1 + 2) * 3                                       ' expect: S 9
+S -1                                                ' expect: S -1
+S MakeArray()(1)(1)                                 ' expect: S 3
+S Not True                                          ' expect: S False
+For i = 1 To 2 : If i = 1 Then S i : Next
+' expect: S 1
+S 1 _
+  + 2                                               ' expect: S 3

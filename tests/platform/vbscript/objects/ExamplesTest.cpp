@@ -22,7 +22,8 @@ QByteArray contents(const QString &path)
 class Example
 {
 public:
-    explicit Example(const QString &name) : m_code(QString::fromUtf8(contents(QStringLiteral(KAVRO_EXAMPLES "/") + name)))
+    explicit Example(const QString &name)
+        : m_code(QString::fromUtf8(contents(QStringLiteral(KAVRO_EXAMPLES "/") + name)))
     {
         QObject::connect(&m_control, &ScriptControl::Error, &m_control,
             [this] { m_errors.append(m_control.Fault().description); });
@@ -77,13 +78,15 @@ TEST(Examples, CallWebhook)
 {
     RawServer server([](int socket, const QByteArray &request) {
         const bool known = request.startsWith("POST /hooks/kavro ");
-        RawServer::answer(socket, known ? "HTTP/1.1 204 No Content\r\n\r\n" : "HTTP/1.1 404 Not Found\r\n\r\n");
+        RawServer::answer(
+            socket, known ? "HTTP/1.1 204 No Content\r\n\r\n" : "HTTP/1.1 404 Not Found\r\n\r\n");
     });
     const QString base = u"http://127.0.0.1:%1"_s.arg(server.port());
     Example good(u"call-webhook.vbs"_s);
     good.set(u"kUrl"_s, base + u"/hooks/kavro"_s);
     EXPECT_EQ(good.run(), QStringList());
-    EXPECT_TRUE(server.lastRequest().contains("\"event\":\"CheckFinish\",\"time\":\"2")) << server.lastRequest().constData();
+    EXPECT_TRUE(server.lastRequest().contains("\"event\":\"CheckFinish\",\"time\":\"2"))
+        << server.lastRequest().constData();
     Example bad(u"call-webhook.vbs"_s);
     bad.set(u"kUrl"_s, base + u"/elsewhere"_s);
     EXPECT_EQ(bad.run().value(0), u"The service answered 404."_s);
@@ -94,14 +97,16 @@ TEST(Examples, StatesToCsv)
     const QTemporaryDir folder;
     const QString database = folder.filePath(u"states.db"_s);
     QProcess sqlite;
-    sqlite.start(u"sqlite3"_s, { database,
-        u"CREATE TABLE tblDevices (Device_ID, Device_Name, Device_Alias);"
-        "CREATE TABLE tblPortMain (Port_ID, Device_ID, Port_Num);"
-        "CREATE TABLE tblPortStatus (Port_ID, Port_Status, Port_Last_Error, Port_Success, Port_Failure);"
-        "INSERT INTO tblDevices VALUES (1, 'web', 'Web \"new\"'), (2, 'mail', NULL);"
-        "INSERT INTO tblPortMain VALUES (1, 1, '80'), (2, 2, 'Ping');"
-        "INSERT INTO tblPortStatus VALUES (1, 'Failed', 'refused, twice', 3, 4), (2, 'Connected', '', 5, 0);"_s });
-    ASSERT_TRUE(sqlite.waitForFinished() && sqlite.exitCode() == 0) << sqlite.readAllStandardError().constData();
+    sqlite.start(u"sqlite3"_s,
+        { database,
+            u"CREATE TABLE tblDevices (Device_ID, Device_Name, Device_Alias);"
+            "CREATE TABLE tblPortMain (Port_ID, Device_ID, Port_Num);"
+            "CREATE TABLE tblPortStatus (Port_ID, Port_Status, Port_Last_Error, Port_Success, Port_Failure);"
+            "INSERT INTO tblDevices VALUES (1, 'web', 'Web \"new\"'), (2, 'mail', NULL);"
+            "INSERT INTO tblPortMain VALUES (1, 1, '80'), (2, 2, 'Ping');"
+            "INSERT INTO tblPortStatus VALUES (1, 'Failed', 'refused, twice', 3, 4), (2, 'Connected', '', 5, 0);"_s });
+    ASSERT_TRUE(sqlite.waitForFinished() && sqlite.exitCode() == 0)
+        << sqlite.readAllStandardError().constData();
     const QString csv = folder.filePath(u"states.csv"_s);
     Example good(u"states-to-csv.vbs"_s);
     good.set(u"kDatabase"_s, database);

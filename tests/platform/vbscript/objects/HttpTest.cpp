@@ -18,7 +18,8 @@ constexpr int kConnectionEnded = -2147012866;
 constexpr int kInvalidResponse = -2147012744;
 constexpr int kSecurityFailure = -2147012721;
 
-Value openRequest(ObjectHost &host, const QString &progId, const char *method, const QString &url, bool async = false)
+Value openRequest(
+    ObjectHost &host, const QString &progId, const char *method, const QString &url, bool async = false)
 {
     const Value request = host.createObject(progId);
     host.use(request, "open", { text(QString::fromLatin1(method)), text(url), Value::boolean(async) });
@@ -79,7 +80,13 @@ TEST(Http, MethodsBodiesAndRedirects)
             RawServer::answer(socket, "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
     });
     ObjectHost host;
-    struct Row { const char *method; const char *path; const char *body; const char *start; const char *answer; };
+    struct Row {
+        const char *method;
+        const char *path;
+        const char *body;
+        const char *start;
+        const char *answer;
+    };
     const Row rows[] = {
         { "get", "/x", "ignored", "GET /x HTTP/1.1", "ok" },
         { "HEAD", "/x", "", "HEAD /x HTTP/1.1", "" },
@@ -89,7 +96,8 @@ TEST(Http, MethodsBodiesAndRedirects)
         { "POST", "/old", "p", "GET /new HTTP/1.1", "ok" },
     };
     for (const Row &row : rows) {
-        const Value request = openRequest(host, u"MSXML2.XMLHTTP"_s, row.method, urlOf(server, QString::fromLatin1(row.path)));
+        const Value request = openRequest(
+            host, u"MSXML2.XMLHTTP"_s, row.method, urlOf(server, QString::fromLatin1(row.path)));
         host.use(request, "send", { text(QString::fromLatin1(row.body)) });
         EXPECT_TRUE(server.lastRequest().startsWith(row.start)) << server.lastRequest().constData();
         EXPECT_EQ(host.text(request, "status"), u"200"_s) << row.method;
@@ -163,17 +171,20 @@ TEST(Http, BadServersAreErrorsWithTheirNumbers)
         else if (request.contains(" /loop "))
             RawServer::answer(socket, "HTTP/1.1 302 Found\r\nLocation: /loop\r\nContent-Length: 0\r\n\r\n");
         else if (request.contains(" /file "))
-            RawServer::answer(socket, "HTTP/1.1 302 Found\r\nLocation: file:///etc/passwd\r\nContent-Length: 0\r\n\r\n");
+            RawServer::answer(
+                socket, "HTTP/1.1 302 Found\r\nLocation: file:///etc/passwd\r\nContent-Length: 0\r\n\r\n");
         else if (request.contains(" /silent "))
             ::usleep(400000);
     });
     self = &server;
     ObjectHost host;
     struct Row { const char *path; int error; };
-    const Row rows[] = { { "/closed", kConnectionEnded }, { "/cut", kConnectionEnded }, { "/garbage", kInvalidResponse },
-        { "/loop", -2147012740 }, { "/file", -2147012890 }, { "/silent", kTimedOut } };
+    const Row rows[]
+        = { { "/closed", kConnectionEnded }, { "/cut", kConnectionEnded }, { "/garbage", kInvalidResponse },
+              { "/loop", -2147012740 }, { "/file", -2147012890 }, { "/silent", kTimedOut } };
     for (const Row &row : rows) {
-        const Value request = openRequest(host, u"MSXML2.ServerXMLHTTP.6.0"_s, "GET", urlOf(server, QString::fromLatin1(row.path)));
+        const Value request = openRequest(
+            host, u"MSXML2.ServerXMLHTTP.6.0"_s, "GET", urlOf(server, QString::fromLatin1(row.path)));
         host.use(request, "setTimeouts", { number(0), number(1000), number(200), number(200) });
         EXPECT_EQ(errorOf([&] { host.use(request, "send"); }), row.error) << row.path;
     }
@@ -221,8 +232,10 @@ TEST(Http, CertificatesAreChecked)
     const QString key = folder.filePath(u"key.pem"_s);
     const QString certificate = folder.filePath(u"certificate.pem"_s);
     QProcess maker;
-    maker.start(u"openssl"_s, { u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s,
-        u"-nodes"_s, u"-subj"_s, u"/CN=localhost"_s, u"-days"_s, u"2"_s, u"-keyout"_s, key, u"-out"_s, certificate });
+    maker.start(u"openssl"_s,
+        { u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s,
+            u"-nodes"_s, u"-subj"_s, u"/CN=localhost"_s, u"-days"_s, u"2"_s, u"-keyout"_s, key, u"-out"_s,
+            certificate });
     ASSERT_TRUE(maker.waitForFinished() && maker.exitCode() == 0) << maker.readAllStandardError().constData();
     QProcess server;
     server.start(u"openssl"_s, { u"s_server"_s, u"-accept"_s, u"127.0.0.1:0"_s, u"-www"_s, u"-key"_s, key,

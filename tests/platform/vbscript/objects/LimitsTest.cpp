@@ -17,7 +17,8 @@ constexpr int kForWriting = 2;
 
 Value openFile(ObjectHost &host, const QString &path, int mode)
 {
-    return host.use(host.createObject(u"Scripting.FileSystemObject"_s), "OpenTextFile", { text(path), number(mode) });
+    return host.use(
+        host.createObject(u"Scripting.FileSystemObject"_s), "OpenTextFile", { text(path), number(mode) });
 }
 
 Value execute(ObjectHost &host, const QString &command)
@@ -41,34 +42,42 @@ TEST(Limits, EveryWaitEndsWithTheTimeLimit)
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     const int writer = ::open(QFile::encodeName(pipe).constData(), O_RDWR | O_CLOEXEC); // never says anything
     const Wait waits[] = {
-        { "Run", [](ObjectHost &host) {
-             host.use(host.createObject(u"WScript.Shell"_s), "Run", { text(u"sleep 3"_s), number(0), Value::boolean(true) });
-         } },
-        { "StdOut.ReadLine", [](ObjectHost &host) {
-             host.use(host.use(execute(host, u"sleep 3"_s), "StdOut"), "ReadLine");
-         } },
-        { "StdIn.Write", [](ObjectHost &host) {
-             host.use(host.use(execute(host, u"sleep 3"_s), "StdIn"), "Write", { text(QString(1 << 20, u'x')) });
-         } },
-        { "Terminate", [](ObjectHost &host) {
-             const Value command = execute(host, u"sh -c \"trap '' TERM; echo ready; sleep 1; sleep 1\""_s);
-             host.use(host.use(command, "StdOut"), "ReadLine");
-             host.use(command, "Terminate");
-         } },
+        { "Run",
+            [](ObjectHost &host) {
+                host.use(host.createObject(u"WScript.Shell"_s), "Run",
+                    { text(u"sleep 3"_s), number(0), Value::boolean(true) });
+            } },
+        { "StdOut.ReadLine",
+            [](ObjectHost &host) { host.use(host.use(execute(host, u"sleep 3"_s), "StdOut"), "ReadLine"); } },
+        { "StdIn.Write",
+            [](ObjectHost &host) {
+                host.use(host.use(execute(host, u"sleep 3"_s), "StdIn"), "Write",
+                    { text(QString(1 << 20, u'x')) });
+            } },
+        { "Terminate",
+            [](ObjectHost &host) {
+                const Value command
+                    = execute(host, u"sh -c \"trap '' TERM; echo ready; sleep 1; sleep 1\""_s);
+                host.use(host.use(command, "StdOut"), "ReadLine");
+                host.use(command, "Terminate");
+            } },
         { "pipe read", [&](ObjectHost &host) { host.use(openFile(host, pipe, kForReading), "ReadAll"); } },
-        { "pipe write", [&](ObjectHost &host) {
-             host.use(openFile(host, pipe, kForWriting), "Write", { text(QString(1 << 20, u'x')) });
-         } },
-        { "endless device", [](ObjectHost &host) {
-             const Value device = openFile(host, u"/dev/zero"_s, kForReading);
-             while (true)
-                 host.use(device, "Skip", { number(100000) });
-         } },
-        { "tree walk", [](ObjectHost &host) {
-             const Value files = host.createObject(u"Scripting.FileSystemObject"_s);
-             while (true)
-                 host.use(host.use(files, "GetFolder", { text(u"/usr/share"_s) }), "Size");
-         } },
+        { "pipe write",
+            [&](ObjectHost &host) {
+                host.use(openFile(host, pipe, kForWriting), "Write", { text(QString(1 << 20, u'x')) });
+            } },
+        { "endless device",
+            [](ObjectHost &host) {
+                const Value device = openFile(host, u"/dev/zero"_s, kForReading);
+                while (true)
+                    host.use(device, "Skip", { number(100000) });
+            } },
+        { "tree walk",
+            [](ObjectHost &host) {
+                const Value files = host.createObject(u"Scripting.FileSystemObject"_s);
+                while (true)
+                    host.use(host.use(files, "GetFolder", { text(u"/usr/share"_s) }), "Size");
+            } },
     };
     for (const Wait &wait : waits) {
         ObjectHost host;
@@ -86,35 +95,43 @@ TEST(Limits, EveryWaitEndsWithTheTimeLimit)
 TEST(Limits, MemoryOfObjectsIsCountedAndGivenBack)
 {
     const Wait hogs[] = {
-        { "ReadAll", [](ObjectHost &host) { host.use(openFile(host, u"/dev/zero"_s, kForReading), "ReadAll"); } },
-        { "ReadLine", [](ObjectHost &host) { host.use(openFile(host, u"/dev/zero"_s, kForReading), "ReadLine"); } },
-        { "StdOut.ReadAll", [](ObjectHost &host) {
-             host.use(host.use(execute(host, u"cat /dev/zero"_s), "StdOut"), "ReadAll");
-         } },
-        { "StdErr while reading StdOut", [](ObjectHost &host) {
-             host.use(host.use(execute(host, u"sh -c \"cat /dev/zero >&2\""_s), "StdOut"), "ReadLine");
-         } },
-        { "LoadFromFile", [](ObjectHost &host) {
-             const Value stream = host.createObject(u"ADODB.Stream"_s);
-             host.use(stream, "Open");
-             host.use(stream, "LoadFromFile", { text(u"/dev/zero"_s) });
-         } },
-        { "Position", [](ObjectHost &host) {
-             const Value stream = host.createObject(u"ADODB.Stream"_s);
-             host.use(stream, "Open");
-             host.put(stream, "Position", Value::longInteger(2000000000));
-         } },
-        { "WriteText", [](ObjectHost &host) {
-             const Value stream = host.createObject(u"ADODB.Stream"_s);
-             host.use(stream, "Open");
-             while (true)
-                 host.use(stream, "WriteText", { text(QString(100000, u'x')) });
-         } },
-        { "Dictionary", [](ObjectHost &host) {
-             const Value dictionary = host.createObject(u"Scripting.Dictionary"_s);
-             for (int i = 0;; ++i)
-                 host.use(dictionary, "Add", { number(i), Value() });
-         } },
+        { "ReadAll",
+            [](ObjectHost &host) { host.use(openFile(host, u"/dev/zero"_s, kForReading), "ReadAll"); } },
+        { "ReadLine",
+            [](ObjectHost &host) { host.use(openFile(host, u"/dev/zero"_s, kForReading), "ReadLine"); } },
+        { "StdOut.ReadAll",
+            [](ObjectHost &host) {
+                host.use(host.use(execute(host, u"cat /dev/zero"_s), "StdOut"), "ReadAll");
+            } },
+        { "StdErr while reading StdOut",
+            [](ObjectHost &host) {
+                host.use(host.use(execute(host, u"sh -c \"cat /dev/zero >&2\""_s), "StdOut"), "ReadLine");
+            } },
+        { "LoadFromFile",
+            [](ObjectHost &host) {
+                const Value stream = host.createObject(u"ADODB.Stream"_s);
+                host.use(stream, "Open");
+                host.use(stream, "LoadFromFile", { text(u"/dev/zero"_s) });
+            } },
+        { "Position",
+            [](ObjectHost &host) {
+                const Value stream = host.createObject(u"ADODB.Stream"_s);
+                host.use(stream, "Open");
+                host.put(stream, "Position", Value::longInteger(2000000000));
+            } },
+        { "WriteText",
+            [](ObjectHost &host) {
+                const Value stream = host.createObject(u"ADODB.Stream"_s);
+                host.use(stream, "Open");
+                while (true)
+                    host.use(stream, "WriteText", { text(QString(100000, u'x')) });
+            } },
+        { "Dictionary",
+            [](ObjectHost &host) {
+                const Value dictionary = host.createObject(u"Scripting.Dictionary"_s);
+                for (int i = 0;; ++i)
+                    host.use(dictionary, "Add", { number(i), Value() });
+            } },
     };
     const qint64 before = vbs::memory::used();
     vbs::memory::setLimit(32 * 1024 * 1024);
@@ -139,5 +156,6 @@ TEST(Limits, CommandsThatEndWithoutUsHarmNobody)
     }), vbs::err::kDeviceIo);
     for (int i = 0; i < 3; ++i)
         execute(host, u"sh -c \"exit 1\""_s);
-    EXPECT_EQ(host.text(host.use(execute(host, u"echo still here"_s), "StdOut"), "ReadLine"), u"still here"_s);
+    EXPECT_EQ(
+        host.text(host.use(execute(host, u"echo still here"_s), "StdOut"), "ReadLine"), u"still here"_s);
 }

@@ -44,7 +44,8 @@ public:
     vbs::Value createObject(const QString &progId) override { return vbs::createObject(*this, progId); }
 
     /** Calls or reads a member as a script does. */
-    vbs::Value use(const vbs::Value &object, const char *member, std::initializer_list<vbs::Value> arguments = {})
+    vbs::Value use(
+        const vbs::Value &object, const char *member, std::initializer_list<vbs::Value> arguments = {})
     {
         QList<vbs::Value> copies(arguments);
         vbs::Args args(*this, copies.data(), int(copies.size()));
@@ -54,9 +55,11 @@ public:
     void put(const vbs::Value &object, const char *member, const vbs::Value &value)
     {
         vbs::Args args(*this, nullptr, 0, &value);
-        object.object()->invoke(object.object()->findMember(QString::fromLatin1(member)), vbs::Access::Let, args);
+        object.object()->invoke(
+            object.object()->findMember(QString::fromLatin1(member)), vbs::Access::Let, args);
     }
-    QString text(const vbs::Value &object, const char *member, std::initializer_list<vbs::Value> arguments = {})
+    QString text(
+        const vbs::Value &object, const char *member, std::initializer_list<vbs::Value> arguments = {})
     {
         return vbs::toText(*this, use(object, member, arguments));
     }

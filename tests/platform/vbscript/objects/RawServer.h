@@ -18,7 +18,9 @@ public:
     using Peer = std::function<void(int socket, const QByteArray &request)>;
 
     /** `peer` gets each connection with the request that came on it (headers and announced body). */
-    explicit RawServer(Peer peer) : m_peer(std::move(peer)), m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    explicit RawServer(Peer peer)
+        : m_peer(std::move(peer))
+        , m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_in address {};
         address.sin_family = AF_INET;
@@ -78,7 +80,8 @@ private:
         while (!m_stop) {
             const qsizetype headers = request.indexOf("\r\n\r\n");
             const qsizetype length = request.toLower().indexOf("content-length:");
-            const qsizetype announced = length < 0 ? 0 : request.mid(length + 15, 12).split('\r')[0].trimmed().toLongLong();
+            const qsizetype announced
+                = length < 0 ? 0 : request.mid(length + 15, 12).split('\r')[0].trimmed().toLongLong();
             if (headers >= 0 && request.size() >= headers + 4 + announced)
                 return request;
             pollfd entry { socket, POLLIN, 0 };

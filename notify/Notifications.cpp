@@ -1,0 +1,18 @@
+#include "notify/Notifications.h"
+
+#include "notify/MailQueue.h"
+#include "notify/vbHTML.h"
+
+Task<void> Notifications::CreateHTMLOutput(ResultTable failedNow, ResultTable recoveredNow)
+{
+    return ::CreateHTMLOutput(failedNow, recoveredNow);
+}
+
+Task<void> Notifications::SendEmailNotifications(QSet<QString> checked)
+{
+    const ResultTable failedNow = OnlyPorts(GetFailedEmailDevices(), checked);
+    const ResultTable recoveredNow = OnlyPorts(GetRecoveredEmailDevices(), checked);
+    co_await ::SendEmailNotifications(failedNow, recoveredNow);
+}
+
+Task<void> Notifications::ProcessMailQue() { return m_delivery.ProcessMailQue(); }
