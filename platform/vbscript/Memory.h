@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtGlobal>
+#include <cstddef>
+
+namespace vbs::memory {
+
+/** Bytes that all values of this thread may hold together; beyond it error 7 "Out of memory". */
+constexpr qint64 kDefaultLimit = 256LL * 1024 * 1024;
+
+/** Bytes charged on this thread now. */
+qint64 used();
+void setLimit(qint64 bytes);
+/** Throws ScriptError 7, without charging, when the limit would be passed. */
+void charge(qint64 bytes);
+void release(qint64 bytes) noexcept;
+
+/** Memory that a native object holds outside of values (buffers, tables); given back when destroyed. */
+class Charge
+{
+public:
+    Charge() = default;
+    explicit Charge(qint64 bytes) { resize(bytes); }
+    ~Charge() { release(m_bytes); }
+    Q_DISABLE_COPY_MOVE(Charge)
+    /** Sets the charge to so many bytes. Throws ScriptError 7 and stays as it was. */
+    void resize(qint64 bytes);
+
+private:
+    qint64 m_bytes = 0;
+};
+
+}
