@@ -16,3 +16,5 @@ Task<void> Notifications::SendEmailNotifications(QSet<QString> checked)
 }
 
 Task<void> Notifications::ProcessMailQue() { return m_delivery.ProcessMailQue(); }
+
+Task<void> Notifications::ExecuteScript(QString event) { return m_script.ExecuteScript(event); }

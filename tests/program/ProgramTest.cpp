@@ -38,7 +38,15 @@ struct Home {
         const int device = world.addDevice(world.addGroup(u"Local"_s), u"127.0.0.1"_s, u"Here"_s);
         for (const QString &port : { u"Ping"_s, QString::number(server.serverPort()), QString::number(refused) })
             world.addCheck(device, port);
+        set(u"Options/MonitorFinish"_s, u"1"_s);
+        dao::Recordset scripts = db().OpenRecordset(u"tblScripts"_s);
+        scripts.AddNew();
+        scripts.Set(u"Script_Event"_s, u"CheckFinish"_s);
+        scripts.Set(u"Script"_s, u"Sub Main\r\nCreateObject(\"Scripting.FileSystemObject\").CreateTextFile(\""_s
+                                     + scriptFile() + u"\").Write \"ran\"\r\nEnd Sub\r\n"_s);
+        scripts.Update();
     }
+    QString scriptFile() const { return folder.filePath(u"script.txt"_s); }
     QString database() const { return folder.filePath(u"net.mdb"_s); }
     QString logFile() const { return folder.filePath(u"net.log"_s); }
     QString settingsFile() const { return folder.filePath(u"config/kavro2000/Kavro_2000.ini"_s); }
@@ -118,6 +126,7 @@ TEST(Program, MonitorsWithoutADisplayAndLeavesEverythingSavedOnSignals)
         EXPECT_EQ(home.rows(u"Select Event_Type FROM tblEventLog WHERE Event = 'Program Stopped.'"_s),
                   QStringList{ u"Information"_s });
         EXPECT_TRUE(contents(home.logFile()).contains(u" Failure..."_s + failure)) << contents(home.logFile()).toStdString();
+        EXPECT_EQ(contents(home.scriptFile()), u"ran"_s) << "the script of the event did not run";
         EXPECT_EQ(home.setting(u"Settings/ViewMode"_s), u"0"_s);
         EXPECT_FALSE(home.setting(u"Settings/MainWidth"_s).isEmpty()) << "the layout was not saved";
     }
