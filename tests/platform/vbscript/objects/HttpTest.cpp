@@ -162,8 +162,7 @@ Fetch GetRef("Dropped")
 
 TEST(Http, BadServersAreErrorsWithTheirNumbers)
 {
-    const RawServer *self = nullptr;
-    RawServer server([&self](int socket, const QByteArray &request) {
+    RawServer server([](int socket, const QByteArray &request) {
         if (request.contains(" /cut "))
             RawServer::answer(socket, "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nabc");
         else if (request.contains(" /garbage "))
@@ -176,7 +175,6 @@ TEST(Http, BadServersAreErrorsWithTheirNumbers)
         else if (request.contains(" /silent "))
             ::usleep(400000);
     });
-    self = &server;
     ObjectHost host;
     struct Row { const char *path; int error; };
     const Row rows[]
