@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QSet>
 #include <QStringList>
-#include <QVector>
 
 /** A two-dimensional text array indexed (column, row) from 0, grown by one row at a time.
     Without rows it is an array without bounds. */
@@ -21,6 +21,16 @@ public:
     const QString &at(int column, int row) const { return m_cells.at(row * m_columns + column); }
     void set(int column, int row, const QString &text) { m_cells[row * m_columns + column] = text; }
     void clear() { m_cells.clear(); }
+    /** The rows whose cell in a column is one of the texts. */
+    ResultTable rowsWith(int column, const QSet<QString> &texts) const
+    {
+        ResultTable kept(m_columns);
+        for (int r = 0; r < rows(); ++r) {
+            if (texts.contains(at(column, r)))
+                kept.addRow(row(r));
+        }
+        return kept;
+    }
     bool operator==(const ResultTable &) const = default;
 
 private:

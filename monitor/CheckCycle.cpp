@@ -288,13 +288,7 @@ Task<void> CheckCycle::reportChanges(ResultTable failedNow, ResultTable recovere
 /** A cycle that was switched off early leaves flags of the cycle before; those changes are reported already. */
 ResultTable CheckCycle::onlyChecked(const ResultTable &changes) const
 {
-    ResultTable kept(changes.columns());
-    const int portId = changes.columns() - 1; // the last column of both lists
-    for (int row = 0; row < changes.rows(); ++row) {
-        if (m_checked.contains(changes.at(portId, row)))
-            kept.addRow(changes.row(row));
-    }
-    return kept;
+    return changes.rowsWith(changes.columns() - 1, m_checked); // the Port_ID is the last column of both lists
 }
 
 Task<void> CheckCycle::logChanges(ResultTable changes, QString type)

@@ -163,13 +163,3 @@ Task<void> SendEmailNotifications(ResultTable failed, ResultTable recovered)
 {
     return Trap("SendEmailNotifications", sendNotifications(failed, recovered));
 }
-
-ResultTable OnlyPorts(const ResultTable &list, const QSet<QString> &ports)
-{
-    ResultTable kept(list.columns());
-    for (int row = 0; row < list.rows(); ++row) {
-        if (ports.contains(list.at(list.columns() - 1, row)))
-            kept.addRow(list.row(row));
-    }
-    return kept;
-}

@@ -3,7 +3,6 @@
 #include "core/ResultTable.h"
 #include "core/Task.h"
 
-#include <QSet>
 #include <QString>
 
 /** Columns of the lists of checks to be mailed. */
@@ -34,6 +33,3 @@ void QueMail(const QString &recipient, const QString &subject, const QString &bo
              const QString &port);
 /** Composes, queues and logs all mails of one cycle. */
 Task<void> SendEmailNotifications(ResultTable failed, ResultTable recovered);
-
-/** The rows whose last column, the Port_ID, is in the set. */
-ResultTable OnlyPorts(const ResultTable &list, const QSet<QString> &ports);

@@ -10,8 +10,8 @@ Task<void> Notifications::CreateHTMLOutput(ResultTable failedNow, ResultTable re
 
 Task<void> Notifications::SendEmailNotifications(QSet<QString> checked)
 {
-    const ResultTable failedNow = OnlyPorts(GetFailedEmailDevices(), checked);
-    const ResultTable recoveredNow = OnlyPorts(GetRecoveredEmailDevices(), checked);
+    const ResultTable failedNow = GetFailedEmailDevices().rowsWith(failedMail::PortId, checked);
+    const ResultTable recoveredNow = GetRecoveredEmailDevices().rowsWith(recoveredMail::PortId, checked);
     co_await ::SendEmailNotifications(failedNow, recoveredNow);
 }
 
