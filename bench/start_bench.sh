@@ -8,7 +8,8 @@ folder=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || true; wait 2>/dev/null || true; rm -rf "$folder"' EXIT
 
 Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$folder/display" 2>/dev/null &
-until [ -s "$folder/display" ]; do sleep 0.05; done
+until grep -q . "$folder/display" 2>/dev/null; do sleep 0.05; done
+sleep 0.2
 export DISPLAY=:$(cat "$folder/display") HOME=$folder XDG_CONFIG_HOME=$folder/c XDG_DATA_HOME=$folder/d XDG_RUNTIME_DIR=$folder
 unset WAYLAND_DISPLAY QT_QPA_PLATFORM
 mkdir -p "$folder/c/kavro2000"
@@ -18,15 +19,21 @@ printf '[Startup]\nDatabase=%s\n[Options]\nLogFile=%s\n' "$folder/net.mdb" "$fol
 
 now() { echo $(($(date +%s%N) / 1000000)); }
 visible() { xdotool search --onlyvisible "$@" >/dev/null 2>&1; }
+wait_for() {
+    until visible "$@"; do
+        kill -0 $pid 2>/dev/null || { echo "the program has ended" >&2; exit 1; }
+        sleep 0.005
+    done
+}
 
 first=() main=()
 for _ in 1 2 3 4 5; do
     begun=$(now)
     "$program" >/dev/null 2>&1 &
     pid=$!
-    until visible --pid $pid; do sleep 0.005; done
+    wait_for --pid $pid
     first+=($(($(now) - begun)))
-    until visible --name 'mdb - Kavro_2000'; do sleep 0.005; done
+    wait_for --name 'mdb - Kavro_2000'
     main+=($(($(now) - begun - 500)))
     kill -TERM $pid
     wait $pid
