@@ -93,12 +93,6 @@ Task<int> checkIcons()
     co_return problems;
 }
 
-QString spokenName(const Recordset &row)
-{
-    return SpokenDeviceName(row.Field(u"Device_Name"_s).text(), row.Field(u"Device_Alias"_s).text(),
-                            row.Field(u"MSAgent_Referr_Device"_s).boolean());
-}
-
 /** Walks the rows of a change list; the row counter has 16 bits. */
 template <class Cells>
 ResultTable changeList(const QString &select, int columns, Cells cellsOf)
@@ -140,7 +134,7 @@ ResultTable GetFailedDevices()
 {
     return Trap("GetFailedDevices", [] {
         return changeList(kSelectFailed, failed::Count, [](const Recordset &row) {
-            return QStringList{ spokenName(row), row.Field(u"Port_Num"_s).text(),
+            return QStringList{ SpokenDeviceName(row), row.Field(u"Port_Num"_s).text(),
                                 row.Field(u"Port_Last_Error"_s).text(), row.Field(u"MSAgent_Pronounce_Device"_s).text(),
                                 row.Field(u"DeviceID"_s).text(), row.Field(u"PortID"_s).text() };
         });
@@ -151,7 +145,7 @@ ResultTable GetRecoveredDevices()
 {
     return Trap("GetRecoveredDevices", [] {
         return changeList(kSelectRecovered, recovered::Count, [](const Recordset &row) {
-            return QStringList{ spokenName(row), row.Field(u"Port_Num"_s).text(),
+            return QStringList{ SpokenDeviceName(row), row.Field(u"Port_Num"_s).text(),
                                 row.Field(u"MSAgent_Pronounce_Device"_s).text(), row.Field(u"DeviceID"_s).text(),
                                 row.Field(u"PortID"_s).text() };
         });

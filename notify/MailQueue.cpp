@@ -31,12 +31,6 @@ struct MailKind {
 constexpr MailKind kFailure{ "Failure"_L1, " has failed."_L1, failedMail::Reason, failedMail::PortId };
 constexpr MailKind kRecovery{ "Recovery"_L1, " has recovered."_L1, -1, recoveredMail::PortId };
 
-QString spokenName(const Recordset &row)
-{
-    return SpokenDeviceName(row.Field(u"Device_Name"_s).text(), row.Field(u"Device_Alias"_s).text(),
-                            row.Field(u"MSAgent_Referr_Device"_s).boolean());
-}
-
 /** Tokens are replaced one after the other over the whole text: a value that holds a later token is expanded, too. */
 QString expand(const QString &mask, const QString &device, const QString &port, const QString &reason)
 {
@@ -101,7 +95,7 @@ ResultTable GetFailedEmailDevices()
                                             + " AND tblPortMain.Port_Email_Notify = True"_L1);
         CheckDatabaseErrors();
         for (; !rows.Eof(); rows.MoveNext())
-            list.addRow({ spokenName(rows), rows.Field(u"Port_Num"_s).text(),
+            list.addRow({ SpokenDeviceName(rows), rows.Field(u"Port_Num"_s).text(),
                           rows.Field(u"Port_Last_Error"_s).text(), rows.Field(u"PortID"_s).text() });
         return list;
     });
@@ -117,7 +111,7 @@ ResultTable GetRecoveredEmailDevices()
                                               " AND tblPortMain.Port_Email_Notify = True"_L1);
         CheckDatabaseErrors();
         for (; !rows.Eof(); rows.MoveNext())
-            list.addRow({ spokenName(rows), rows.Field(u"Port_Num"_s).text(), rows.Field(u"PortID"_s).text() });
+            list.addRow({ SpokenDeviceName(rows), rows.Field(u"Port_Num"_s).text(), rows.Field(u"PortID"_s).text() });
         return list;
     });
 }

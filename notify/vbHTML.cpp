@@ -153,8 +153,7 @@ QList<Device> readDevices(const QString &group)
         + group + " ORDER By Device_Name"_L1);
     for (; !rows.Eof(); rows.MoveNext())
         devices.append({ rows.Field(u"Device_ID"_s).text(),
-                         SpokenDeviceName(rows.Field(u"Device_Name"_s).text(), rows.Field(u"Device_Alias"_s).text(),
-                                          rows.Field(u"MSAgent_Referr_Device"_s).boolean()),
+                         SpokenDeviceName(rows),
                          rows.Field(u"Device_Status"_s).text(), rows.Field(u"Device_Desc"_s).text() });
     return devices;
 }
