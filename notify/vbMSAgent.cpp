@@ -45,7 +45,8 @@ ResultTable missingSaying(const QString &saying)
     the written name for the balloon. */
 QString spokenItem(const ResultTable &changes, int row, const ChangeKind &kind)
 {
-    const QString &name = changes.at(0, row);
+    // A quote would end the mapped text, a bar would make alternatives of the announcement.
+    const QString name = QString(changes.at(0, row)).replace(u'"', u'\'').replace(u'|', u'/');
     QString spoken = dao::Value(changes.at(kind.pronounceColumn, row)).boolean() ? name.toLower() : name.toUpper();
     spoken.replace(u'.', "\\pau=50\\ dot \\pau=25\\"_L1);
     QString item = "\\map=\""_L1 + spoken + "\"=\""_L1 + name + "\"\\ port "_L1 + changes.at(1, row);
@@ -106,9 +107,19 @@ void ReplaceInText(ResultTable &lines, const QString &token, const QString &text
         lines.set(kText, row, QString(lines.at(kText, row)).replace(token, text));
 }
 
+ResultTable MSAgentGreeting(const QString &character)
+{
+    ResultTable lines = MSAgentSpeak(u"MSAgentGreeting"_s);
+    ReplaceInText(lines, u"<CHARACTER>"_s, character);
+    return lines;
+}
+
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow)
 {
     QList<ResultTable> announcement;
+    if (!GetSettingBool(u"MSAgent"_s, u"ShowCharacter"_s))
+        return announcement;
+    vbMain().window->setStatusText(u"Agent Announce..."_s);
     if (!ArrayHasBounds(failedNow) && !ArrayHasBounds(recoveredNow))
         return announcement;
     if (GetSettingBool(u"MSAgent"_s, u"AnnounceDate"_s))
@@ -139,12 +150,11 @@ void StatusBarAnnouncer::speakLines(const ResultTable &lines)
 
 void StatusBarAnnouncer::speak(const QString &saying) { speakLines(MSAgentSpeak(saying)); }
 
+void StatusBarAnnouncer::greet(const QString &character) { speakLines(MSAgentGreeting(character)); }
+
 void StatusBarAnnouncer::AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow)
 {
     Trap("AnnounceDevices", [&] {
-        if (!GetSettingBool(u"MSAgent"_s, u"ShowCharacter"_s))
-            return;
-        vbMain().window->setStatusText(u"Agent Announce..."_s);
         ResultTable all(4);
         for (const ResultTable &lines : AnnouncementLines(failedNow, recoveredNow)) {
             for (int row = 0; row < lines.rows(); ++row)

@@ -12,8 +12,11 @@ ResultTable MSAgentSpeak(const QString &saying);
 /** Fills a token into the text of every line. */
 void ReplaceInText(ResultTable &lines, const QString &token, const QString &text);
 
-/** The announcement after a cycle as the texts to speak, in order; empty when nothing is to be said.
-    failedNow has 6 columns, recoveredNow 5. */
+/** The greeting lines in the name of a character. */
+ResultTable MSAgentGreeting(const QString &character);
+
+/** The announcement after a cycle as the texts to speak, in order; empty when nothing is to be said or the
+    announcements are switched off. Tells the status bar. failedNow has 6 columns, recoveredNow 5. */
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow);
 
 /** A text without speech tags: what a reader sees of it. A mapped text shows its written form. */
@@ -26,6 +29,7 @@ public:
     void LoadMSAgent() override;
     void speakLines(const ResultTable &lines) override;
     void speak(const QString &saying) override;
+    void greet(const QString &character) override;
     void AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow) override;
     void unloadCharacter() override;
 };

@@ -6,7 +6,9 @@
 #include "ui/EventList.h"
 #include "ui/StatusList.h"
 
+#include "core/Announcer.h"
 #include "core/Settings.h"
+#include "core/vbMain.h"
 
 #include <QComboBox>
 #include <QMainWindow>
@@ -80,6 +82,12 @@ void CommandHandlers::restore()
     m_parts.window.show();
     m_parts.window.raise();
     m_parts.window.activateWindow();
+}
+
+void CommandHandlers::toggleListening()
+{
+    Announcer *announcer = vbMain().announcer;
+    announcer->listen(!announcer->isListening());
 }
 
 // Editors

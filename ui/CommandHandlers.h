@@ -55,6 +55,7 @@ public:
     void rowDetails();
 
     void restore();
+    void toggleListening();
 
     /** Disables (text "Disabled") or enables (any other text) a device with all its checks. */
     static void DisableDevice(const QString &key, const QString &text);

@@ -38,6 +38,8 @@ bool isOn(const State &s) { return s.monitoring; }
 bool isOff(const State &s) { return !s.monitoring; }
 bool canStart(const State &s) { return !s.monitoring && !s.checking; }
 bool canStop(const State &s) { return s.monitoring && !s.checking; }
+bool canListen(const State &s) { return s.canListen; }
+bool isListening(const State &s) { return s.listening; }
 bool isIdle(const State &s) { return !s.checking; }
 bool onGroup(const State &s) { return s.node == NodeLevel::Group; }
 bool onDevice(const State &s) { return s.node == NodeLevel::Device; }
@@ -160,6 +162,11 @@ const std::array kCommands {
         "Edit the selected object", &H::rowProperties, rowEditableIdle, rowEditable, nullptr, Scope::List },
 
     Command { "mnuSysTrayRestore", "&Restore", nullptr, "restore", "Show the window", &H::restore },
+    Command { "mnuToolsListen", "&Listen", "[F9]", "listen",
+        "Say a command to the character; or hold F9 while you speak", &H::toggleListening, canListen, canListen,
+        isListening },
+    Command { "mnuSysTrayListen", "&Listen", nullptr, "listen", "Say a command to the character",
+        &H::toggleListening, canListen, canListen, isListening },
     Command { "mnuSysTrayExit", "E&xit", nullptr, "exit", "Close the program", &H::exit },
 };
 
@@ -180,7 +187,7 @@ const std::array kMenus {
         { "mnuViewStatus", "mnuViewEventViewer", "-", ">mnuListViewMode", "mnuViewExpandNodes",
             "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewHTML", "mnuViewLog", "-",
             "mnuViewRefresh" } },
-    Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
+    Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuToolsListen", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
     Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
     Menu { "mnuHelp", "&Help", { "mnuHelpAbout" } },
     Menu { "mnuListViewMode", "List View &Mode",
@@ -200,7 +207,7 @@ const std::array kMenus {
         { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails" } },
     Menu { "mnuSysTray", "Tray",
         { "mnuSysTrayRestore", "-", "mnuSysTrayMonitoringOn", "mnuSysTrayMonitoringOff", "-",
-            "mnuSysTrayExit" } },
+            "mnuSysTrayListen", "-", "mnuSysTrayExit" } },
 };
 
 constexpr const char *kMenuBar[]
