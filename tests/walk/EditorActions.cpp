@@ -91,7 +91,7 @@ bool OperatorWalk::addDevice()
         names = wanted.names();
         made = true;
         press(form, Next);
-        EXPECT_TRUE(time->runUntil([&] { return m_ended || !form.form().isVisible(); }));
+        EXPECT_TRUE(runUntil([&] { return !form.form().isVisible(); }));
     };
     const auto had = change("mnutvAddDevice",
         { { u"frmAddDevice"_s, device }, { u"frmAddPort"_s, portWizard(chosen, chose) } });
@@ -139,7 +139,7 @@ OperatorWalk::Act OperatorWalk::portWizard(QStringList &chosen, bool &finished)
         finished = true;
         note(chosen.join(u','));
         press(form, Next);
-        EXPECT_TRUE(time->runUntil([&] { return m_ended || !form.form().isVisible(); }));
+        EXPECT_TRUE(runUntil([&] { return !form.form().isVisible(); }));
     };
 }
 

@@ -21,6 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kRemembered = 20;
+constexpr int kFirstPort = 20001; // always the same, so that a seed repeats its walk
 constexpr qint64 kChunk = 20000; // ms; shorter than the pause between two cycles, so that each end is seen
 
 /** Starts the program as ever, without splash and without asking whether another copy runs. */
@@ -90,8 +91,8 @@ OperatorWalk::OperatorWalk()
             while (QTcpSocket *peer = server.nextPendingConnection())
                 delete peer;
         });
-        server.listen(QHostAddress::Any);
-        m_ports << QString::number(server.serverPort());
+        m_ports << QString::number(kFirstPort + m_ports.size());
+        EXPECT_TRUE(server.listen(QHostAddress::Any, quint16(m_ports.last().toInt())));
         world.sql(u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ('server', 'TCP', "_s + m_ports.last()
             + u')');
     }
@@ -255,8 +256,13 @@ void OperatorWalk::observe()
 
 void OperatorWalk::passTime(qint64 ms)
 {
-    for (qint64 left = ms; left > 0 && !m_ended; left -= kChunk) {
-        time->runFor(qMin(left, kChunk));
+    const qint64 end = time->now() + ms;
+    while (time->now() < end && !m_ended) {
+        try {
+            time->runFor(qMin(end - time->now(), kChunk));
+        } catch (const ProgramEnded &) {
+            return; // judged by the step
+        }
         observe();
     }
 }
@@ -265,8 +271,19 @@ void OperatorWalk::passSuspensions(int count)
 {
     const int last = time->suspensions() + count;
     const qint64 limit = time->now() + kChunk;
-    time->runUntil([&] { return m_ended || time->suspensions() >= last || time->now() > limit; });
-    observe();
+    runUntil([&] { return time->suspensions() >= last || time->now() > limit; });
+}
+
+bool OperatorWalk::runUntil(const std::function<bool()> &done)
+{
+    try {
+        return time->runUntil([&] {
+            observe();
+            return m_ended || done();
+        });
+    } catch (const ProgramEnded &) {
+        return true; // judged by the step
+    }
 }
 
 void OperatorWalk::meanwhile()
@@ -355,7 +372,8 @@ void OperatorWalk::pressFatally(Driver &form, int index, const QString &procedur
 QString OperatorWalk::enter(Driver &form, const char *array, int index, const QString &text)
 {
     QWidget &box = form.at(array, index);
-    if (text.size() < 40 && m_random.chance(50)) {
+    const bool hasKeys = std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' ' && c <= u'~'; });
+    if (hasKeys && m_random.chance(50)) {
         form.type(array, index, text);
     } else {
         box.setFocus();

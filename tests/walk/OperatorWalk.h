@@ -58,6 +58,8 @@ private:
 
     // Time
     void observe();
+    /** Turns until something holds or the program ends. */
+    bool runUntil(const std::function<bool()> &done);
     void passTime(qint64 ms);
     void passSuspensions(int count);
     /** Now and then lets time pass: whatever stands open stays open meanwhile. */

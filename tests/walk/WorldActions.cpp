@@ -6,7 +6,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr qint64 kShort = 20000; // ms
+constexpr qint64 kLongestPause = 6 * 60000; // ms between two cycles
 }
 
 bool OperatorWalk::letTimePass()
@@ -20,10 +20,8 @@ bool OperatorWalk::partOfCycle()
 {
     if (!vbMain().monitoring)
         return false;
-    for (int i = 0; i < 20 && !checking() && !m_ended; ++i) {
-        time->runUntil([&, limit = time->now() + kShort] { return checking() || m_ended || time->now() > limit; });
-        observe();
-    }
+    const qint64 limit = time->now() + kLongestPause;
+    runUntil([&] { return checking() || time->now() > limit; });
     const int suspensions = m_random.below(60);
     passSuspensions(suspensions);
     note(u"%1 suspensions"_s.arg(suspensions));
@@ -34,8 +32,7 @@ bool OperatorWalk::finishCycle()
 {
     if (!checking())
         return false;
-    EXPECT_TRUE(time->runUntil([&] { return !checking() || m_ended; })) << "a cycle does not end";
-    observe();
+    EXPECT_TRUE(runUntil([&] { return !checking(); })) << "a cycle does not end";
     return true;
 }
 
