@@ -6,6 +6,7 @@
 #include "monitor/CheckCycle.h"
 
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QPlainTextEdit>
@@ -138,6 +139,8 @@ const OperatorWalk::Action &OperatorWalk::chooseAction()
 
 void OperatorWalk::takeStep()
 {
+    QElapsedTimer clock;
+    clock.start();
     constexpr int attempts = 200; // many actions need an object that may be missing
     m_dialogs.meanwhile = [this] { meanwhile(); };
     for (int i = 0; i < attempts; ++i) {
@@ -151,6 +154,8 @@ void OperatorWalk::takeStep()
         }
         m_recent.pop_back();
     }
+    if (qEnvironmentVariableIsSet("WALK_SLOW") && clock.elapsed() > 500)
+        std::cout << clock.elapsed() << " ms: " << m_recent.back().toStdString() << " mails " << m_queued << std::endl;
     settle();
     if (!HasFailure())
         checkInvariants();
