@@ -99,6 +99,8 @@ OperatorWalk::OperatorWalk()
     }
     for (const QString &row : { u"'Echo request', 'ICMP', 0"_s, u"'Discard', 'TCP', 9"_s, u"'Web', 'tcp', 80"_s })
         world.sql(u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ("_s + row + u')');
+    SaveSetting(u"Mail Options"_s, u"MailServer"_s, QString::fromLatin1(kNoMailServer));
+    SaveSetting(u"Mail Options"_s, u"SendOnFailure"_s, u"1"_s);
     for (const QString &saying : { u"PortListError-InvalidPortNum"_s, u"MonitorDecline"_s })
         world.sql(u"INSERT INTO tblAgentAnnounce (Saying, Speach, PlayOrder) VALUES ('"_s + saying + u"', 'x', 1)"_s);
 }
@@ -321,12 +323,31 @@ bool OperatorWalk::command(const char *name, const Forms &forms)
     });
     timer.start(0);
     try {
-        trigger(name);
+        triggerOrKey(name);
     } catch (const ProgramEnded &) {
         // judged by the step
     }
     observe();
     return true;
+}
+
+/** By its key where it has one that is listened to where the operator is. */
+void OperatorWalk::triggerOrKey(const char *name)
+{
+    QAction &chosen = action(name);
+    QWidget *where = window.get();
+    if (chosen.shortcutContext() == Qt::WidgetWithChildrenShortcut)
+        where = chosen.associatedObjects().contains(&tree()) ? static_cast<QWidget *>(&tree()) : list().view();
+    if (chosen.shortcut().isEmpty() || !where->isVisible() || m_random.chance(60)) {
+        chosen.trigger();
+        return;
+    }
+    note(chosen.shortcut().toString());
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    where->setFocus();
+    const QKeyCombination key = chosen.shortcut()[0];
+    QTest::keyClick(where, key.key(), key.keyboardModifiers());
 }
 
 bool OperatorWalk::change(const char *name, const Forms &forms)
@@ -346,6 +367,7 @@ void OperatorWalk::driveForm(QDialog &form, const Forms &forms)
         return;
     }
     form.activateWindow();
+    QApplication::processEvents(); // mostly enough, and qWaitFor sleeps
     EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &form; }));
     Driver driver(form);
     (*act)(driver);

@@ -10,6 +10,9 @@
 
 #include <deque>
 
+/** Refuses, so that every mail stays in the queue. */
+inline constexpr const char *kNoMailServer = "127.0.0.1:9";
+
 /** Boxes of a walk: the expected ones, as ever; the box of the one door is kept for the walk to judge. While a
     question stands there, time goes on. */
 class WalkDialogs : public ScriptedDialogs
@@ -74,6 +77,7 @@ private:
     /** The same for a command that may change rows. */
     bool change(const char *name, const Forms &forms = {});
     bool canBeHad(const char *name);
+    void triggerOrKey(const char *name);
     void driveForm(QDialog &form, const Forms &forms);
     /** Presses a button of cmdArray and catches the end of the program. */
     void press(Driver &form, int index);

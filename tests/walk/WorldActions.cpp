@@ -75,7 +75,7 @@ bool OperatorWalk::changeSetting()
         { "Mail Options", "SendOnFailure", { "0", "1", "1" } },
         { "Mail Options", "SendUsingSMTP", { "0", "1" } },
         { "Mail Options", "SendOnConsecutiveFailure", { "1", "2", "5" } },
-        { "Mail Options", "MailServer", { "127.0.0.1:9", "" } }, // refuses, so that every mail stays queued
+        { "Mail Options", "MailServer", { kNoMailServer, kNoMailServer, "" } },
         { "Startup", "ShowIntro", { "0", "1" } },
         { "Startup", "ShowPortScanIntro", { "0", "1" } },
     };
