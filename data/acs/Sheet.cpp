@@ -11,7 +11,7 @@ using agent::CharacterRenderer;
 
 namespace {
 
-constexpr int kFrame = 104;
+constexpr int kFrame = 116;
 constexpr int kLabel = 20;
 constexpr int kTitle = 40;
 constexpr int kGap = 10;

@@ -49,6 +49,7 @@ void CharacterRenderer::paint(QPainter &painter, const QRectF &target, const Pos
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const QTransform device = painter.deviceTransform();
     setPixelsPerUnit(std::sqrt(std::abs(device.determinant())));
+    painter.translate(-m_file->frame().topLeft());
     paintItems(painter, itemsOf(shown), shown);
     painter.restore();
 }
@@ -89,10 +90,11 @@ void CharacterRenderer::paintItems(QPainter &painter, const QList<Item> &items, 
             QPainter inner(&veil);
             inner.setRenderHint(QPainter::SmoothPixmapTransform);
             inner.scale(veil.width() / m_file->size().width(), veil.height() / m_file->size().height());
+            inner.translate(-m_file->frame().topLeft());
             std::for_each(item, end, [&](const Item &each) { paintItem(inner, each, pose); });
             inner.end();
             painter.setOpacity(opacity);
-            painter.drawImage(QRectF(QPointF(), m_file->size()), veil);
+            painter.drawImage(m_file->frame(), veil);
             painter.setOpacity(1);
         }
         item = end;
@@ -127,8 +129,8 @@ CharacterRenderer::Sprite CharacterRenderer::drawn(const QString &picture) const
 {
     QSvgRenderer &drawing = m_file->drawing();
     const QRectF bounds = drawing.boundsOnElement(picture);
-    const QSizeF frame = m_file->size();
-    const QRectF reach(-frame.width(), -frame.height(), 3 * frame.width(), 3 * frame.height());
+    const QRectF frame = m_file->frame();
+    const QRectF reach = frame.adjusted(-frame.width(), -frame.height(), frame.width(), frame.height());
     const QRectF area = bounds.adjusted(-kMargin, -kMargin, kMargin, kMargin) & reach;
     if (bounds.isEmpty() || area.isEmpty())
         return {};
