@@ -49,6 +49,8 @@ QJsonObject withoutStrangers(const QJsonObject &animations, const QJsonObject &p
     QJsonObject known = animations;
     for (const QString &name : animations.keys()) {
         QJsonObject animation = animations.value(name).toObject(), tracks = animation.value("tracks"_L1).toObject();
+        if (tracks.isEmpty())
+            continue;
         const QStringList named = tracks.keys();
         for (const QString &part : named) {
             if (!parts.contains(part))
