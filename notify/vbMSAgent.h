@@ -19,9 +19,6 @@ ResultTable MSAgentGreeting(const QString &character);
     announcements are switched off. Tells the status bar. failedNow has 6 columns, recoveredNow 5. */
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow);
 
-/** A text without speech tags: what a reader sees of it. A mapped text shows its written form. */
-QString WrittenForm(const QString &spoken);
-
 /** The announcer of a program without characters: shows every line in the status bar. */
 class StatusBarAnnouncer : public Announcer
 {
