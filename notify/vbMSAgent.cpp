@@ -4,9 +4,9 @@
 #include "core/MainWindow.h"
 #include "core/Settings.h"
 #include "core/Trap.h"
+#include "platform/agent/SpeechTags.h"
 
 #include <QLocale>
-#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 using dao::Recordset;
@@ -118,21 +118,13 @@ QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultT
     return announcement;
 }
 
-QString WrittenForm(const QString &spoken)
-{
-    static const QRegularExpression map(uR"re(\\map="(?:[^"]*)"="([^"]*)"\\)re"_s, QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression tag(uR"(\\[A-Za-z]{3}(?:=[^\\]*)?\\)"_s);
-    QString text = spoken;
-    return text.replace(map, u"\\1"_s).replace(tag, u" "_s).simplified();
-}
-
 void StatusBarAnnouncer::LoadMSAgent() {} // there is no character to load
 
 void StatusBarAnnouncer::speakLines(const ResultTable &lines)
 {
     QStringList texts;
     for (int row = 0; row < lines.rows(); ++row)
-        texts.append(WrittenForm(lines.at(kText, row)));
+        texts.append(agent::writtenForm(lines.at(kText, row)));
     if (vbMain().window)
         vbMain().window->setAnnouncement(texts.join(u' '));
 }

@@ -16,9 +16,6 @@ void ReplaceInText(ResultTable &lines, const QString &token, const QString &text
     failedNow has 6 columns, recoveredNow 5. */
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow);
 
-/** A text without speech tags: what a reader sees of it. A mapped text shows its written form. */
-QString WrittenForm(const QString &spoken);
-
 /** The announcer of a program without characters: shows every line in the status bar. */
 class StatusBarAnnouncer : public Announcer
 {
