@@ -54,10 +54,10 @@ signals:
 /** What a character is equipped with. Voice and ear are made when they are first needed. */
 struct Engines {
     std::function<std::unique_ptr<Speaker>(const CharacterFile &)> speaker;
-    std::function<std::unique_ptr<Ear>()> ear;
+    std::function<std::unique_ptr<Ear>()> ear; // may be missing: it hears nothing
     std::function<std::unique_ptr<Pulse>()> pulse;
 
-    /** espeak-ng, pocketsphinx and the machine's clock. */
+    /** What this machine offers. */
     static Engines ofMachine();
 };
 

@@ -37,8 +37,10 @@ void ListenSession::begin(const Commands &commands)
     m_actor.playState(u"Listening"_s);
     m_actor.talker().tell(u"Listening…"_s);
     m_actor.events().post([id = m_id](Control &control) { emit control.listenStarted(id); });
-    // Without a microphone this answers at once.
-    ear().start(commands);
+    if (!m_makeEar)
+        answer(u"I cannot hear: no speech recognition is installed."_s);
+    else
+        ear().start(commands); // answers at once if there is no microphone
 }
 
 void ListenSession::release()
