@@ -2,6 +2,7 @@
 
 // A character as its file describes it; nothing here changes once it is loaded.
 
+#include "platform/agent/Voice.h"
 #include "platform/agent/character/Animation.h"
 
 #include <QHash>
@@ -13,15 +14,6 @@
 class QSvgRenderer;
 
 namespace agent {
-
-/** How a character sounds, for espeak-ng. */
-struct Voice {
-    QString name;    // language or voice, such as "en"
-    QString variant; // such as "m3"; may be empty
-    int pitch = 50;  // 0 to 99
-    int range = 50;  // 0 to 99
-    int speed = 160; // words a minute
-};
 
 /** A movable piece of the drawing. */
 struct Part {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/agent/speech/Voice.h"
+#include "platform/agent/Voice.h"
 
 #include <QByteArray>
 #include <QHash>
