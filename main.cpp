@@ -5,6 +5,7 @@
 #include "core/vbMain.h"
 #include "editors/OperatorEditors.h"
 #include "notify/Notifications.h"
+#include "notify/options/frmOptions.h"
 #include "notify/vbMSAgent.h"
 #include "platform/smtp/cKavroSMTP.h"
 #include "ui/DesktopDialogs.h"
@@ -45,7 +46,7 @@ int main(int argc, char **argv)
 
     int exitCode = 0;
     {
-        OperatorEditors editors([] { return cKavroSMTP::Version(); });
+        OperatorEditors editors([] { return cKavroSMTP::Version(); }, [](QWidget *window) { frmOptions(window).exec(); });
         Start factory(&editors, echo.get());
         Task<void> startUp = Main(factory, QApplication::arguments().mid(1).join(u' '));
         startUp.start();

@@ -16,6 +16,8 @@ public:
     virtual void speakLines(const ResultTable &lines) = 0;
     /** MSAgentSpeak: looks the saying up and speaks it. */
     virtual void speak(const QString &saying) = 0;
+    /** MSAgentGreeting: a character introduces itself. */
+    virtual void greet(const QString &character) = 0;
     /** The announcement after a cycle; six columns of failed and five of recovered checks. */
     virtual void AnnounceDevices(const ResultTable &failed, const ResultTable &recovered) = 0;
     /** Unloads the character named "Character". */

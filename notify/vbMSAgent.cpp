@@ -2,9 +2,11 @@
 
 #include "core/Clock.h"
 #include "core/MainWindow.h"
+#include "core/ProgramFolder.h"
 #include "core/Settings.h"
 #include "core/Trap.h"
 
+#include <QDir>
 #include <QLocale>
 #include <QRegularExpression>
 
@@ -106,6 +108,26 @@ void ReplaceInText(ResultTable &lines, const QString &token, const QString &text
         lines.set(kText, row, QString(lines.at(kText, row)).replace(token, text));
 }
 
+ResultTable GreetingLines(const QString &character)
+{
+    ResultTable lines = MSAgentSpeak(u"MSAgentGreeting"_s);
+    ReplaceInText(lines, u"<CHARACTER>"_s, character);
+    return lines;
+}
+
+QString CharacterFolder() { return SharedDataFolder() + "/msagent/chars"_L1; }
+
+QStringList CharacterNames()
+{
+    // The pattern takes every case: such files were made where names had none.
+    const QFileInfoList files
+        = QDir(CharacterFolder()).entryInfoList({ u"*.acs"_s }, QDir::Files | QDir::Readable, QDir::Name | QDir::IgnoreCase);
+    QStringList names;
+    for (const QFileInfo &file : files)
+        names << file.completeBaseName();
+    return names;
+}
+
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow)
 {
     QList<ResultTable> announcement;
@@ -138,6 +160,11 @@ void StatusBarAnnouncer::speakLines(const ResultTable &lines)
 }
 
 void StatusBarAnnouncer::speak(const QString &saying) { speakLines(MSAgentSpeak(saying)); }
+
+void StatusBarAnnouncer::greet(const QString &character)
+{
+    Trap("MSAgentGreeting", [&] { speakLines(GreetingLines(character)); });
+}
 
 void StatusBarAnnouncer::AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow)
 {

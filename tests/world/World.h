@@ -69,6 +69,7 @@ public:
     void LoadMSAgent() override { log << QStringLiteral("load"); }
     void speakLines(const ResultTable &lines) override;
     void speak(const QString &saying) override { log << QStringLiteral("speak ") + saying; }
+    void greet(const QString &character) override { log << QStringLiteral("greet ") + character; }
     void AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow) override;
     void unloadCharacter() override { log << QStringLiteral("unload"); }
 };
