@@ -244,8 +244,10 @@ void AgentAnnouncer::speak(const QString &saying) { speakLines(MSAgentSpeak(sayi
 
 void AgentAnnouncer::greet(const QString &character)
 {
-    use(character);
-    perform(MSAgentGreeting(m_character ? m_character->name() : character));
+    Trap("MSAgentGreeting", [&] {
+        use(character);
+        perform(GreetingLines(m_character ? m_character->name() : character));
+    });
 }
 
 void AgentAnnouncer::AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow)

@@ -2,11 +2,13 @@
 
 #include "core/Clock.h"
 #include "core/MainWindow.h"
+#include "core/ProgramFolder.h"
 #include "core/Settings.h"
 #include "core/Trap.h"
+#include "platform/agent/SpeechTags.h"
 
+#include <QDir>
 #include <QLocale>
-#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 using dao::Recordset;
@@ -107,11 +109,26 @@ void ReplaceInText(ResultTable &lines, const QString &token, const QString &text
         lines.set(kText, row, QString(lines.at(kText, row)).replace(token, text));
 }
 
-ResultTable MSAgentGreeting(const QString &character)
+ResultTable GreetingLines(const QString &character)
 {
+    // A character is chosen by its file's name, which is written small.
+    const QString name = character.left(1).toUpper() + character.mid(1);
     ResultTable lines = MSAgentSpeak(u"MSAgentGreeting"_s);
-    ReplaceInText(lines, u"<CHARACTER>"_s, character);
+    ReplaceInText(lines, u"<CHARACTER>"_s, name);
     return lines;
+}
+
+QString CharacterFolder() { return SharedDataFolder() + "/msagent/chars"_L1; }
+
+QStringList CharacterNames()
+{
+    // The pattern takes every case: such files were made where names had none.
+    const QFileInfoList files
+        = QDir(CharacterFolder()).entryInfoList({ u"*.acs"_s }, QDir::Files | QDir::Readable, QDir::Name | QDir::IgnoreCase);
+    QStringList names;
+    for (const QFileInfo &file : files)
+        names << file.completeBaseName();
+    return names;
 }
 
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow)
@@ -129,28 +146,23 @@ QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultT
     return announcement;
 }
 
-QString WrittenForm(const QString &spoken)
-{
-    static const QRegularExpression map(uR"re(\\map="(?:[^"]*)"="([^"]*)"\\)re"_s, QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression tag(uR"(\\[A-Za-z]{3}(?:=[^\\]*)?\\)"_s);
-    QString text = spoken;
-    return text.replace(map, u"\\1"_s).replace(tag, u" "_s).simplified();
-}
-
 void StatusBarAnnouncer::LoadMSAgent() {} // there is no character to load
 
 void StatusBarAnnouncer::speakLines(const ResultTable &lines)
 {
     QStringList texts;
     for (int row = 0; row < lines.rows(); ++row)
-        texts.append(WrittenForm(lines.at(kText, row)));
+        texts.append(agent::writtenForm(lines.at(kText, row)));
     if (vbMain().window)
         vbMain().window->setAnnouncement(texts.join(u' '));
 }
 
 void StatusBarAnnouncer::speak(const QString &saying) { speakLines(MSAgentSpeak(saying)); }
 
-void StatusBarAnnouncer::greet(const QString &character) { speakLines(MSAgentGreeting(character)); }
+void StatusBarAnnouncer::greet(const QString &character)
+{
+    Trap("MSAgentGreeting", [&] { speakLines(GreetingLines(character)); });
+}
 
 void StatusBarAnnouncer::AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow)
 {

@@ -4,6 +4,7 @@
 #include "core/ResultTable.h"
 
 #include <QString>
+#include <QStringList>
 
 /** The saying lines of one occasion, 4 columns (text, animation, x, y) × at least one row:
     a saying that the database does not hold gives a line that says so. */
@@ -12,15 +13,17 @@ ResultTable MSAgentSpeak(const QString &saying);
 /** Fills a token into the text of every line. */
 void ReplaceInText(ResultTable &lines, const QString &token, const QString &text);
 
-/** The greeting lines in the name of a character. */
-ResultTable MSAgentGreeting(const QString &character);
+/** What a character says to introduce itself. */
+ResultTable GreetingLines(const QString &character);
+
+/** Where the characters' files (.acs) are. */
+QString CharacterFolder();
+/** The names of the characters' files without their ending, sorted; empty when there are none. */
+QStringList CharacterNames();
 
 /** The announcement after a cycle as the texts to speak, in order; empty when nothing is to be said or the
     announcements are switched off. Tells the status bar. failedNow has 6 columns, recoveredNow 5. */
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow);
-
-/** A text without speech tags: what a reader sees of it. A mapped text shows its written form. */
-QString WrittenForm(const QString &spoken);
 
 /** The announcer of a program without characters: shows every line in the status bar. */
 class StatusBarAnnouncer : public Announcer

@@ -102,6 +102,8 @@ void CommandHandlers::portList() { m_parts.editors->portList(m_editedTree); }
 
 void CommandHandlers::about() { m_parts.editors->about(m_editedTree); }
 
+void CommandHandlers::options() { m_parts.editors->options(m_editedTree); }
+
 void CommandHandlers::nodeProperties()
 {
     m_parts.editors->properties(m_editedTree, m_parts.tree.currentLevel(), m_parts.tree.currentKey());

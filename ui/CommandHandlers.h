@@ -49,6 +49,7 @@ public:
     void addPort();
     void portList();
     void about();
+    void options();
     void nodeProperties();
     void nodeDetails();
     void rowProperties();

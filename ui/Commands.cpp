@@ -117,6 +117,11 @@ const std::array kCommands {
     Command { "tbRefresh", "Refresh", nullptr, "refresh", "Read tree and list again from the database",
         &H::refresh },
 
+    Command { "mnuViewOptions", "&Options...", "Ctrl+,", "options", "Change the settings of the program", &H::options,
+        hasEditors, hasEditors },
+    Command { "tbOptions", "Options", nullptr, "options", "Change the settings of the program", &H::options,
+        hasEditors, hasEditors },
+
     Command { "mnuResetCounters", "&Reset Counters", nullptr, "reset", "Set all counters and states back",
         &H::resetCounters, isIdle },
     Command { "mnuToolsAdvancedClearEventLog", "Clear &Event Log", nullptr, "clear",
@@ -186,7 +191,7 @@ const std::array kMenus {
     Menu { "mnuView", "&View",
         { "mnuViewStatus", "mnuViewEventViewer", "-", ">mnuListViewMode", "mnuViewExpandNodes",
             "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewHTML", "mnuViewLog", "-",
-            "mnuViewRefresh" } },
+            "mnuViewRefresh", "-", "mnuViewOptions" } },
     Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuToolsListen", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
     Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
     Menu { "mnuHelp", "&Help", { "mnuHelpAbout" } },
@@ -212,7 +217,7 @@ const std::array kMenus {
 
 constexpr const char *kMenuBar[]
     = { "mnuFile", "mnuEdit", "mnuMonitoring", "mnuView", "mnuTools", "mnuHelp" };
-constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh" };
+constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh", "-", "tbOptions" };
 
 const Menu &menuNamed(QByteArrayView name)
 {

@@ -30,6 +30,7 @@ enum class ErrorNumber : quint32 {
     BeingDragged = 0x80042010,
     NoSpeechEngine = 0x80042013,
     Removed = 0x80042108,
+    InterruptedByListening = 0x8004210A,
     HiddenMeanwhile = 0x8004210D,
     FileTooOld = 0x80042202,
     FileTooNew = 0x80042203,
