@@ -91,6 +91,8 @@ private:
 
 QString folderOf(const QString &path) { return QFileInfo(path).absolutePath(); }
 
+QString draftPath(const QString &target, qint64 process) { return u"%1.%2.new"_s.arg(target).arg(process); }
+
 void copyNew(const QString &from, const QString &to)
 {
     step("copy", to);
@@ -182,9 +184,16 @@ bool replace(const QString &from, const QString &to)
 
 Draft::Draft(const QString &target)
     : m_target(resolved(target))
-    , m_path(u"%1.%2.new"_s.arg(m_target).arg(QCoreApplication::applicationPid()))
+    , m_path(draftPath(m_target, QCoreApplication::applicationPid()))
 {
     removeDatabase(m_path);
+}
+
+void Draft::removeLeftBehind(const QString &target, qint64 process)
+{
+    const QString path = draftPath(resolved(target), process);
+    removeDatabase(path);
+    remove(path + u".ldb"_s);
 }
 
 Draft::~Draft()

@@ -42,6 +42,8 @@ public:
     Draft &operator=(const Draft &) = delete;
 
     const QString &path() const { return m_path; }
+    /** Removes the draft for the target that another process has left behind, lock file included. */
+    static void removeLeftBehind(const QString &target, qint64 process);
     /** Puts the file, safely written, under the target's name. Throws 3204 when there is one by now. */
     void finish();
     /** The same, but replaces a file of that name and takes its access rights over. */
