@@ -13,6 +13,7 @@
 #include "platform/desktop/FilePickers.h"
 #include "ui/DeviceTree.h"
 #include "ui/EventList.h"
+#include "ui/JetConversion.h"
 #include "ui/StatusList.h"
 
 #include <QFileInfo>
@@ -124,7 +125,7 @@ void DatabaseFiles::run(Task<void> command)
 
 Task<void> DatabaseFiles::open()
 {
-    const QString path = desktop::openFile(&m_parts.window, fileQuestion(u"Kavro 2.0 - Open Database"_s));
+    QString path = desktop::openFile(&m_parts.window, fileQuestion(u"Kavro 2.0 - Open Database"_s));
     if (path.isEmpty())
         co_return;
     if (!QFileInfo::exists(path)) {
@@ -135,6 +136,10 @@ Task<void> DatabaseFiles::open()
     if (again
         && !confirmed(u"The file you specified is already loaded.  "
                       "Re-loading the database will reset the counters.  Continue with re-load."_s))
+        co_return;
+    if (!again && needsConversion(path))
+        path = co_await convertJetFile(m_parts.window, path);
+    if (path.isEmpty())
         co_return;
     if (again ? reload(path) : exchange(path))
         co_await showOpened(path);

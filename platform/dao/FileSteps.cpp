@@ -191,9 +191,13 @@ Draft::Draft(const QString &target)
 
 void Draft::removeLeftBehind(const QString &target, qint64 process)
 {
-    const QString path = draftPath(resolved(target), process);
-    removeDatabase(path);
-    remove(path + u".ldb"_s);
+    const QFileInfo draft(draftPath(resolved(target), process));
+    const QDir folder = draft.absoluteDir();
+    // Beside the draft there may be its log, its lock and a draft of its own.
+    for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden)) {
+        if (name.startsWith(draft.fileName()))
+            remove(folder.filePath(name));
+    }
 }
 
 Draft::~Draft()

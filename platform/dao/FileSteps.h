@@ -42,7 +42,7 @@ public:
     Draft &operator=(const Draft &) = delete;
 
     const QString &path() const { return m_path; }
-    /** Removes the draft for the target that another process has left behind, lock file included. */
+    /** Removes the draft for the target that another process has left behind, with all that belongs to it. */
     static void removeLeftBehind(const QString &target, qint64 process);
     /** Puts the file, safely written, under the target's name. Throws 3204 when there is one by now. */
     void finish();

@@ -330,6 +330,77 @@ TEST_F(DatabaseFilesTest, CompactWhileOthersHaveItOpen)
     EXPECT_EQ(contents(*other), before);
 }
 
+// Files of the older edition
+
+namespace {
+
+const QString kConvert = u"old.mdb was made by an older edition of the program and cannot be used as it is.\r\n"
+                         "Convert it to old_converted.mdb and open the copy?  The old file stays as it is."_s;
+
+QString jetSample() { return QStringLiteral(KAVRO_JET_FILES) + u"/monitor_v2003.mdb"_s; }
+
+} // namespace
+
+TEST_F(DatabaseFilesTest, OpenAGenuineJetFile)
+{
+    open();
+    const QString old = world.path(u"old.mdb"_s);
+    const QString converted = world.path(u"old_converted.mdb"_s);
+    QFile::copy(jetSample(), old);
+    world.dialogs.expect(kConvert, Dialogs::AnswerNo);
+    openFile(old);
+    EXPECT_FALSE(QFileInfo::exists(converted));
+
+    world.dialogs.expect(kConvert, Dialogs::AnswerYes);
+    world.dialogs.expect(u"tblGroup: 4 rows read, 4 rows written"_s);
+    openFile(old);
+    EXPECT_EQ(vbMain().databasePath, converted);
+    EXPECT_EQ(startup(), converted);
+    EXPECT_EQ(window->windowTitle(), u"Kavro_2000 - old_converted.mdb"_s);
+    EXPECT_EQ(listLines().size(), 4);
+    EXPECT_EQ(world.rows(u"Select Device_ID FROM tblDevices"_s).size(), 24);
+    QFile report(converted + u".txt"_s);
+    ASSERT_TRUE(report.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(report.readAll().contains("row 24 (Device_ID 24), column MSAgent_Referr_Device"));
+
+    // The name is taken now.
+    world.dialogs.expect(kConvert, Dialogs::AnswerYes);
+    pickers.expectOpenFile(u"Kavro 2.0 - Open Database"_s, old);
+    pickSave(converted);
+    world.dialogs.expect(u"old_converted.mdb exists already."_s);
+    pickSave(QString());
+    command("mnuFileOpen");
+    EXPECT_EQ(vbMain().databasePath, converted);
+}
+
+TEST_F(DatabaseFilesTest, AJetFileThatCannotBeConverted)
+{
+    open();
+    const QString old = world.path(u"old.mdb"_s);
+    QFile::copy(jetSample(), old);
+    QFile damaged(old);
+    ASSERT_TRUE(damaged.resize(5000));
+    world.dialogs.expect(kConvert, Dialogs::AnswerYes);
+    world.dialogs.expect(u"old.mdb could not be converted."_s);
+    openFile(old);
+    EXPECT_EQ(vbMain().databasePath, world.path(u"defaultDB.mdb"_s));
+    EXPECT_EQ(fileNames().filter(u"old"_s), QStringList(u"old.mdb"_s));
+}
+
+TEST_F(DatabaseFilesTest, ClosingTheWindowEndsAConversion)
+{
+    open();
+    const QString old = world.path(u"old.mdb"_s);
+    QFile::copy(jetSample(), old);
+    world.dialogs.expect(kConvert, Dialogs::AnswerYes);
+    pickOpen(old);
+    trigger("mnuFileOpen");
+    EXPECT_FALSE(action("mnuFileSaveAs").isEnabled());
+    window.reset();
+    vbMain().window = &world.window;
+    EXPECT_EQ(fileNames().filter(u"old"_s).filter(u".new"_s), QStringList());
+}
+
 // Faults at every step
 
 namespace {
