@@ -200,3 +200,58 @@ TEST_F(ImportTest, MissingAndUnknownColumnsAndTables)
     EXPECT_EQ(rows(u"Select Port_Icon_Flag FROM tblPortStatus"_s), QStringList(60, u"0"_s));
     EXPECT_EQ(report.lines().last().left(37), u"Not part of the program, left out: ta"_s);
 }
+
+TEST_F(ImportTest, TheOldestKindOfFile)
+{
+    const ImportReport report = ImportDatabase(sample("jet3.mdb"), made);
+    const auto database = dao::OpenDatabase(made, true);
+    EXPECT_EQ(storedRows(*database, schema::tables()[0]),
+              (QStringList {u"1|Rechenzentrum Köln|Null|Null"_s, u"7|Dépôt €||16"_s,
+                            u"9|Grown out of its page|"_s + QString(200, u'y') + u"|15"_s}))
+        << "a deleted row and column, an added column, a moved row";
+    const QStringList devices = storedRows(*database, schema::tables()[1]);
+    ASSERT_EQ(devices.size(), 40);
+    for (int i = 0; i < 40; ++i) {
+        const QStringList cells {QString::number(i + 1), u"1"_s, u"host%1"_s.arg(i), QString(5 * i, u'a'), QString(6 * i, u'b'),
+                                 u"Not checked"_s, u"2"_s, i % 2 == 0 ? u"True"_s : u"False"_s, u"False"_s,
+                                 i % 3 == 0 ? u"True"_s : u"False"_s};
+        EXPECT_EQ(devices[i], cells.join(u'|')) << "a row of any length";
+    }
+    const QStringList events = storedRows(*database, schema::tables()[5]);
+    ASSERT_EQ(events.size(), 300);
+    const char *dates[] = {"1899-12-29T06:00:00", "1899-12-30T12:00:00", "9999-12-31T23:59:59", "0100-01-01T00:00:00",
+                           "2001-02-03T04:05:06", "2001-02-08T00:00:00"};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(events[i].section(u'|', 3, 3), QString::fromLatin1(dates[i]));
+    QString chain;
+    for (int i = 0; i < 1000; ++i)
+        chain += u"line %1\r\n"_s.arg(i);
+    EXPECT_EQ(storedRows(*database, schema::tables()[9]),
+              (QStringList {u"inline|Sub Main\r\n'ä\r\nEnd Sub"_s, u"page|"_s + QString(1500, u'p'), u"chain|"_s + chain,
+                            u"empty|"_s, u"none|Null"_s}));
+    EXPECT_EQ(report.skipped, (QStringList {u"system table MSysObjects"_s, u"query qryOld"_s}));
+    EXPECT_EQ(table(report, u"tblMailQue"_s).notes, QStringList(u"the table is missing, left empty"_s));
+}
+
+TEST_F(ImportTest, MemosWhosePagesAreDamaged)
+{
+    // The chain's last page points back to its first one, or the memo claims to be longer than it is.
+    const QByteArray whole = bytesOf(sample("jet3.mdb"));
+    constexpr int kOldPage = 2048;
+    const qsizetype last = whole.indexOf("line 999\r\n") / kOldPage;
+    const qsizetype head = whole.indexOf(QByteArray("\xa2\x26\0\0", 4)); // its length, 9890
+    ASSERT_GT(last, 0);
+    ASSERT_GT(head, 0);
+    QByteArray longer = whole;
+    longer[head + 1] = 0x40;
+    QByteArray cyclic = longer;
+    const qsizetype row = last * kOldPage + (word(cyclic, last * kOldPage + 10) & 0x1fff);
+    cyclic.replace(row, 4, cyclic.mid(head + 4, 4));
+    for (const QByteArray &bytes : {longer, cyclic}) {
+        const ImportReport report = ImportDatabase(write(u"old.mdb"_s, bytes), made);
+        EXPECT_EQ(table(report, u"tblScripts"_s).notes,
+                  QStringList(u"row 3, column Script: unreadable (the pages that hold it are damaged), the default instead"_s));
+        EXPECT_EQ(rows(u"Select Script FROM tblScripts WHERE Script_Event = 'chain'"_s), QStringList(u"Null"_s));
+        QFile::remove(made);
+    }
+}
