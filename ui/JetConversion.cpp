@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QProgressDialog>
+#include <QRegularExpression>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -20,7 +21,6 @@ namespace {
 
 constexpr int kLookAgainMs = 1000;
 constexpr int kEndMs = 2000;
-constexpr int kLinesInBox = 14;
 
 const QString kCommand = u"kavro-import"_s;
 
@@ -123,16 +123,17 @@ QString chooseTarget(QWidget &window, const QString &from, const QString &propos
     return target;
 }
 
-/** The whole report goes into a file beside the new database, as much as fits into a box. */
+/** The counts go into a box, the whole report into a file beside the new database. */
 void tellReport(const QStringList &report, const QString &target)
 {
     const QString path = target + u".txt"_s;
     QFile file(path);
     const bool written = file.open(QIODevice::WriteOnly | QIODevice::NewOnly)
         && file.write(report.join(u'\n').toUtf8() + '\n') > 0;
-    QStringList lines = report.mid(0, kLinesInBox);
-    if (report.size() > kLinesInBox)
-        lines << u"..."_s;
+    QStringList lines = report.filter(u" rows read, "_s);
+    const QStringList notes = report.filter(QRegularExpression(u"^  "_s));
+    if (!notes.isEmpty())
+        lines << QString() << u"%1 remarks; the first: %2."_s.arg(notes.size()).arg(notes.constFirst().trimmed());
     if (written)
         lines << QString() << u"The whole report is in %1."_s.arg(path);
     box(lines.join(u"\r\n"_s), Dialogs::Information);

@@ -7,6 +7,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProgressDialog>
+#include <QPushButton>
 
 #include <sys/mount.h>
 
@@ -383,6 +385,22 @@ TEST_F(DatabaseFilesTest, AJetFileThatCannotBeConverted)
     world.dialogs.expect(kConvert, Dialogs::AnswerYes);
     world.dialogs.expect(u"old.mdb could not be converted."_s);
     openFile(old);
+    EXPECT_EQ(vbMain().databasePath, world.path(u"defaultDB.mdb"_s));
+    EXPECT_EQ(fileNames().filter(u"old"_s), QStringList(u"old.mdb"_s));
+}
+
+TEST_F(DatabaseFilesTest, CancellingAConversionLeavesNothing)
+{
+    open();
+    const QString old = world.path(u"old.mdb"_s);
+    QFile::copy(jetSample(), old);
+    world.dialogs.expect(kConvert, Dialogs::AnswerYes);
+    pickOpen(old);
+    trigger("mnuFileOpen");
+    auto *progressBox = window->findChild<QProgressDialog *>();
+    ASSERT_TRUE(progressBox);
+    progressBox->findChild<QPushButton *>()->click();
+    ASSERT_TRUE(time->runUntil([&] { return !window->findChild<QProgressDialog *>(); }));
     EXPECT_EQ(vbMain().databasePath, world.path(u"defaultDB.mdb"_s));
     EXPECT_EQ(fileNames().filter(u"old"_s), QStringList(u"old.mdb"_s));
 }
