@@ -39,7 +39,8 @@ Kind kindNamed(QStringView word)
 QList<Table> readTables()
 {
     static const QRegularExpression head(u"^CREATE TABLE (\\w+)"_s);
-    static const QRegularExpression column(u"(\\w+)\\s+(AUTO|INTEGER|NUMBER|YESNO|DATE|TEXT|MEMO)\\b(?:\\((\\d+)\\))?"_s);
+    static const QRegularExpression column(
+        u"(\\w+)\\s+(AUTO|INTEGER|NUMBER|YESNO|DATE|TEXT|MEMO)\\b(?:\\((\\d+)\\))?"_s);
     QList<Table> tables;
     for (const QString &definition : definitions()) {
         const QRegularExpressionMatch table = head.match(definition);
@@ -48,7 +49,8 @@ QList<Table> readTables()
         tables.append({ table.captured(1), {} });
         for (auto found = column.globalMatch(definition, table.capturedEnd()); found.hasNext();) {
             const QRegularExpressionMatch match = found.next();
-            tables.last().columns.append({ match.captured(1), kindNamed(match.capturedView(2)), match.captured(3).toInt() });
+            tables.last().columns.append(
+                { match.captured(1), kindNamed(match.capturedView(2)), match.captured(3).toInt() });
         }
     }
     return tables;

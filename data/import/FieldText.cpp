@@ -88,7 +88,8 @@ FieldText dateText(const dao::Value &value)
 FieldText textText(const schema::Column &column, const jet::Field &field, const dao::Value &value)
 {
     const auto *date = std::get_if<jet::Date>(&field);
-    const QString text = date && isExistingDate(date->days) ? dao::generalDateText(dao::fromOleDate(date->days)) : value.text();
+    const bool isDate = date && isExistingDate(date->days);
+    const QString text = isDate ? dao::generalDateText(dao::fromOleDate(date->days)) : value.text();
     if (column.kind == schema::Kind::Memo || text.size() <= column.size)
         return {quoted(text), {}};
     return {quoted(text.left(column.size)), u"longer than %1 characters, cut off"_s.arg(column.size)};
@@ -119,15 +120,16 @@ FieldText convert(const schema::Column &column, const jet::Field &field)
 FieldText fieldText(const schema::Column &column, const jet::Field &field)
 {
     const bool isKey = column.kind == schema::Kind::Auto;
+    const QString newNumber = u"a new number instead"_s;
     if (const auto *lost = std::get_if<jet::Unreadable>(&field))
-        return unreadable(u"unreadable ("_s + lost->reason + u"), "_s + (isKey ? u"a new number instead"_s : u"the default instead"_s));
+        return unreadable(u"unreadable (%1), %2"_s.arg(lost->reason, isKey ? newNumber : u"the default instead"_s));
     if (std::holds_alternative<std::monostate>(field))
-        return isKey ? unreadable(u"missing, a new number instead"_s)
+        return isKey ? unreadable(u"missing, "_s + newNumber)
                      : FieldText {column.kind == schema::Kind::YesNo ? u"False"_s : kNull, {}};
     try {
         return convert(column, field);
     } catch (const VbError &) {
-        return unreadable(shown(plain(field)) + u" does not fit, "_s + (isKey ? u"a new number instead"_s : u"Null instead"_s),
+        return unreadable(shown(plain(field)) + u" does not fit, "_s + (isKey ? newNumber : u"Null instead"_s),
                           isKey ? QString() : kNull);
     }
 }

@@ -117,8 +117,8 @@ void TableImport::write(const jet::Row &row)
         literals << text.literal;
     }
     try {
-        m_database.Execute(u"INSERT INTO %1 (%2) VALUES ("_s.arg(m_target.name, names.join(u", ")) + literals.join(u", ") + u')',
-                           dao::dbFailOnError);
+        const QString head = u"INSERT INTO %1 (%2) VALUES ("_s.arg(m_target.name, names.join(u", "));
+        m_database.Execute(head + literals.join(u", ") + u')', dao::dbFailOnError);
         ++report.rowsWritten;
     } catch (const VbError &error) {
         // A full disk is not a fault of the row.
@@ -144,7 +144,7 @@ ImportedTable importTable(jet::File &file, dao::Database &database, const schema
     if (!source || source->columns.isEmpty()) {
         ImportedTable missing;
         missing.name = target.name;
-        note(missing, source ? u"the table's definition is damaged, left empty"_s : u"the table is missing, left empty"_s);
+        note(missing, u"the table%1, left empty"_s.arg(source ? u"'s definition is damaged"_s : u" is missing"_s));
         return missing;
     }
     TableImport import(database, target, *source);
@@ -168,7 +168,8 @@ QStringList skippedObjects(const jet::File &file)
     QStringList skipped;
     for (const jet::Table &table : file.tables()) {
         const auto &known = schema::tables();
-        if (std::none_of(known.begin(), known.end(), [&](const schema::Table &own) { return sameName(own.name, table.name); }))
+        if (std::none_of(known.begin(), known.end(),
+                         [&](const schema::Table &own) { return sameName(own.name, table.name); }))
             skipped << u"table %1 (%2 rows)"_s.arg(table.name).arg(table.rowCount);
     }
     for (const jet::OtherObject &object : file.otherObjects())

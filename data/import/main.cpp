@@ -23,10 +23,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr rlim_t kMaxSeconds = 600;
+constexpr rlim_t kSecondsWithoutRows = 10; // of computing
 constexpr rlim_t kMaxMemory = rlim_t(4) << 30;
 
 void print(FILE *stream, const QString &text) { std::fprintf(stream, "%s\n", text.toUtf8().constData()); }
+
+/** Whoever reads in circles meets this limit; every row that comes out moves it on. */
+void moveTimeLimit()
+{
+    rusage used {};
+    getrusage(RUSAGE_SELF, &used);
+    const rlimit seconds {rlim_t(used.ru_utime.tv_sec + used.ru_stime.tv_sec) + kSecondsWithoutRows, RLIM_INFINITY};
+    setrlimit(RLIMIT_CPU, &seconds);
+}
 
 /** Progress for a program that reads along: "@" and the share of rows done, in percent. */
 void tellProgress(qint64 done, qint64 total)
@@ -38,8 +47,7 @@ void tellProgress(qint64 done, qint64 total)
 void limitSelf()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    const rlimit seconds {kMaxSeconds, kMaxSeconds};
-    setrlimit(RLIMIT_CPU, &seconds);
+    moveTimeLimit();
 #ifndef __SANITIZE_ADDRESS__
     const rlimit memory {kMaxMemory, kMaxMemory};
     setrlimit(RLIMIT_AS, &memory);
@@ -51,7 +59,11 @@ void limitSelf()
 int import(const QString &from, const QString &to, bool withProgress)
 {
     try {
-        const ImportReport report = ImportDatabase(from, to, withProgress ? tellProgress : ImportProgress());
+        const ImportReport report = ImportDatabase(from, to, [&](qint64 done, qint64 total) {
+            moveTimeLimit();
+            if (withProgress)
+                tellProgress(done, total);
+        });
         for (const QString &line : report.lines())
             print(stdout, line);
         print(stdout, report.isComplete() ? u"Complete."_s : u"Imported, but for what is noted above."_s);

@@ -12,6 +12,11 @@ constexpr quint32 kOneRow = 0x40000000;
 constexpr quint32 kLengthMask = 0x3fffffff;
 constexpr qsizetype kPointerSize = 4;
 
+std::optional<QByteArray> atLeast(const QByteArray &bytes, qsizetype length)
+{
+    return bytes.size() >= length ? std::optional(bytes.first(length)) : std::nullopt;
+}
+
 /** Parts on several pages, each beginning with a pointer to the next one. */
 std::optional<QByteArray> readChain(MdbHandle &mdb, quint32 pointer, qsizetype length)
 {
@@ -42,10 +47,10 @@ std::optional<QByteArray> readLongValue(MdbHandle &mdb, const QByteArray &field)
     if (length == 0)
         return QByteArray("");
     if (head & kInRow)
-        return field.size() - kDefinitionSize >= length ? std::optional(field.mid(kDefinitionSize, length)) : std::nullopt;
+        return atLeast(field.mid(kDefinitionSize), length);
     if (head & kOneRow) {
         const auto row = rowAt(mdb, pointer);
-        return row && row->size() >= length ? std::optional(row->first(length)) : std::nullopt;
+        return row ? atLeast(*row, length) : std::nullopt;
     }
     return readChain(mdb, pointer, length);
 }

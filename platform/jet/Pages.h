@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QtEndian>
 #include <optional>
+#include <stdexcept>
 
 namespace jet {
 

@@ -28,7 +28,8 @@ QString text(const Field &field)
 
 bool isDamaged(const Row &row)
 {
-    return std::all_of(row.begin(), row.end(), [](const Field &field) { return std::holds_alternative<jet::Unreadable>(field); });
+    return std::all_of(row.begin(), row.end(),
+                       [](const Field &field) { return std::holds_alternative<jet::Unreadable>(field); });
 }
 
 } // namespace
@@ -205,7 +206,8 @@ QByteArray jet3Row(int columns, const QByteArray &fixed, const QList<QByteArray>
     for (qsizetype i = offsets.size(); i-- > 0;)
         row += char(offsets[i]);
     for (int jump = jumps; jump > 0; --jump) {
-        const auto first = std::find_if(offsets.begin(), offsets.end(), [&](int offset) { return offset >= 256 * jump; });
+        const auto first
+            = std::find_if(offsets.begin(), offsets.end(), [&](int offset) { return offset >= 256 * jump; });
         row += first == offsets.end() ? '\xff' : char(first - offsets.begin());
     }
     return row + char(values.size()) + mask;
@@ -224,7 +226,8 @@ TEST(Jet3Row, FixedVariableAndAddedColumns)
     const QByteArray row = jet3Row(5, id, {"na\xefve \x80", "gone", ""}, QByteArray(1, char(0b11111)));
     EXPECT_EQ(table.read(row), (Row {qint64(-7), u"naïve €"_s, true, QString(), Field(), Field()}));
     EXPECT_EQ(text(table.read(jet3Row(5, id, {"\xcf\xf0\x81", "", ""}, QByteArray(1, '\x02')), 1251)[1]), u"ПрЃ"_s);
-    EXPECT_EQ(table.read(jet3Row(5, id, {"x", "y", "z"}, QByteArray(1, '\0'))), (Row {Field(), Field(), false, Field(), Field(), Field()}));
+    EXPECT_EQ(table.read(jet3Row(5, id, {"x", "y", "z"}, QByteArray(1, '\0'))),
+              (Row {Field(), Field(), false, Field(), Field(), Field()}));
 }
 
 TEST(Jet3Row, LongRowsHaveAJumpTable)
