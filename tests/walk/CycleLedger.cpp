@@ -19,7 +19,12 @@ void CycleLedger::observe(bool checking)
         begin();
     if (!m_running)
         return;
-    m_wholly = m_wholly && vbMain().monitoring && vbMain().databaseGeneration == m_generation;
+    if (vbMain().databaseGeneration != m_generation) {
+        m_generation = vbMain().databaseGeneration;
+        m_before = read();
+        m_foreign = true;
+    }
+    m_wholly = m_wholly && vbMain().monitoring && !m_foreign;
     if (checking)
         return;
     m_running = false;
@@ -32,6 +37,7 @@ void CycleLedger::begin()
     m_wholly = true;
     m_edited = false;
     m_reloaded = false;
+    m_foreign = false;
     m_generation = vbMain().databaseGeneration;
     m_before = read();
     ++m_cycles;
@@ -75,7 +81,7 @@ void CycleLedger::judgeOutcomes(qint64 id, const Check &before, const Check &now
 {
     const int gained = now.outcomes - before.outcomes;
     const bool exact = m_wholly && !m_edited && !m_editing;
-    const bool good = exact ? gained == int(before.enabled) : gained <= 1;
+    const bool good = m_foreign ? gained <= 0 : exact ? gained == int(before.enabled) : gained <= 1;
     if (!good)
         m_faults << u"check %1 has %2 outcomes of one cycle"_s.arg(id).arg(gained);
 }

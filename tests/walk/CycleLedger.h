@@ -46,6 +46,7 @@ private:
     bool m_editing = false;
     bool m_edited = false;
     bool m_reloaded = false;
+    bool m_foreign = false; // the cycle began on another database
     int m_generation = 0;
     int m_cycles = 0;
     int m_judged = 0;

@@ -4,6 +4,7 @@
 #include "core/Main.h"
 #include "core/Settings.h"
 #include "monitor/CheckCycle.h"
+#include "notify/options/frmOptions.h"
 
 #include <QClipboard>
 #include <QElapsedTimer>
@@ -76,6 +77,8 @@ WalkDialogs::Answer WalkDialogs::messageBox(
 }
 
 OperatorWalk::OperatorWalk()
+    : m_editors({}, [](QWidget *parent) { frmOptions(parent).exec(); })
+    , m_pickers([](const QString &fault) { ADD_FAILURE() << fault.toStdString(); })
 {
     const QDateTime beginning = world.now;
     Clock::setSource([this, beginning] { return beginning.addMSecs(time->now()); });
@@ -94,13 +97,27 @@ OperatorWalk::OperatorWalk()
         });
         m_ports << QString::number(kFirstPort + m_ports.size());
         EXPECT_TRUE(server.listen(QHostAddress::Any, quint16(m_ports.last().toInt())));
-        world.sql(u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ('server', 'TCP', "_s + m_ports.last()
-            + u')');
     }
-    for (const QString &row : { u"'Echo request', 'ICMP', 0"_s, u"'Discard', 'TCP', 9"_s, u"'Web', 'tcp', 80"_s })
-        world.sql(u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ("_s + row + u')');
     SaveSetting(u"Mail Options"_s, u"MailServer"_s, QString::fromLatin1(kNoMailServer));
     SaveSetting(u"Mail Options"_s, u"SendOnFailure"_s, u"1"_s);
+    for (const QString &name : { u"third.mdb"_s, u"second.mdb"_s, u"defaultDB.mdb"_s }) {
+        const QString file = world.path(name);
+        vbMain().db.reset();
+        World::makeDatabase(file);
+        UseDatabase(dao::OpenDatabase(file, true), file);
+        fillCatalogue();
+    }
+    QFile garbage(world.path(u"garbage.mdb"_s));
+    EXPECT_TRUE(garbage.open(QIODevice::WriteOnly) && garbage.write("no database at all\n") > 0);
+}
+
+void OperatorWalk::fillCatalogue()
+{
+    QStringList rows { u"'Echo request', 'ICMP', 0"_s, u"'Discard', 'TCP', 9"_s, u"'Web', 'tcp', 80"_s };
+    for (const QString &port : std::as_const(m_ports))
+        rows << u"'server', 'TCP', "_s + port;
+    for (const QString &row : std::as_const(rows))
+        world.sql(u"INSERT INTO tblTCPPorts (Port_Desc, Port_Type, Port_Num) VALUES ("_s + row + u')');
     for (const QString &saying : { u"PortListError-InvalidPortNum"_s, u"MonitorDecline"_s })
         world.sql(u"INSERT INTO tblAgentAnnounce (Saying, Speach, PlayOrder) VALUES ('"_s + saying + u"', 'x', 1)"_s);
 }
@@ -189,7 +206,7 @@ void OperatorWalk::startProgram()
     m_startUp.result();
     QObject::connect(window.get(), &frmMain::closed, window.get(), [this] { m_closed = true; });
     m_caption = QFileInfo(vbMain().databasePath).fileName() + u" - Kavro_2000"_s;
-    m_objects = 0;
+    m_objects = m_queued = 0;
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "notify/Notifications.h"
+#include "platform/desktop/ScriptedBoxes.h"
 #include "tests/editors/EditorWorld.h"
 #include "tests/walk/CycleLedger.h"
 #include "tests/walk/Random.h"
@@ -52,6 +53,7 @@ private:
 
     const Action &chooseAction();
     void takeStep();
+    void fillCatalogue();
     void startProgram();
     void endProgram();
     /** Ends and starts the program again when it has ended; an end must be one that the walk expects. */
@@ -142,6 +144,14 @@ private:
     bool resetCounters();
     bool clearEventLog();
     bool clearRegistry();
+    // Actions: the file and the options
+    bool newDatabase();
+    bool openDatabase();
+    bool saveDatabaseAs();
+    bool compactDatabase();
+    bool changeOptions();
+    bool fileCommand(const char *name);
+    void touchOptions(QDialog &form);
     // Actions: editors
     bool addGroup();
     bool addDevice();
@@ -156,6 +166,7 @@ private:
     Act portWizard(QStringList &chosen, bool &finished);
 
     OperatorEditors m_editors;
+    desktop::ScriptedBoxes m_pickers;
     Notifications m_notifications;
     WalkDialogs m_dialogs;
     Random m_random { 0 };

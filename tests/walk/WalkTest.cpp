@@ -36,6 +36,12 @@ const QList<OperatorWalk::Action> &OperatorWalk::actions()
         { "clear the event log", 1, &W::clearEventLog },
         { "clear the registry", 1, &W::clearRegistry },
 
+        { "new database", 1, &W::newDatabase },
+        { "open a database", 2, &W::openDatabase },
+        { "save the database as", 2, &W::saveDatabaseAs },
+        { "compact the database", 1, &W::compactDatabase },
+        { "change options", 2, &W::changeOptions },
+
         { "add a group", 4, &W::addGroup },
         { "add devices", 9, &W::addDevice },
         { "choose ports", 6, &W::addPort },
