@@ -87,7 +87,11 @@ TEST_F(OptionsPages, TheTreeShowsTheFrameOfItsNode)
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
         EXPECT_EQ(shownPages(), QStringList(QString::fromUtf16(key)));
     }
-    emit at<QLabel>(u"overview"_s).linkActivated(u"Logging"_s);
+    tree().setFocus();
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), u"linkLogging"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_EQ(shownPages(), QStringList(u"Logging"_s));
 }
 
@@ -124,6 +128,33 @@ TEST_F(OptionsPages, EverythingIsReachableByKeyboardAndNamed)
     }
     for (const options::Row &row : options::rows())
         EXPECT_NE(*row.tip, 0) << row.key;
+}
+
+TEST_F(OptionsPages, TabGoesFromTheTreeThroughThePageToTheButtons)
+{
+    open();
+    for (const char16_t *page : { u"Ping", u"TCP" }) { // made in this order or not
+        form->showPage(QString::fromUtf16(page));
+        tree().setFocus();
+        QStringList order;
+        for (int i = 0; i < 6; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            order << QApplication::focusWidget()->objectName();
+        }
+        const QStringList buttons { u"cmdRestore"_s, u"cmdArray(0)"_s, u"cmdArray(1)"_s };
+        const QStringList controls = *page == u'P' ? QStringList { u"PingTimeOut"_s, u"PingCount"_s, u"PingControls"_s }
+                                                   : QStringList { u"HostTimeOut"_s, u"PortSockets"_s };
+        EXPECT_EQ(order, (controls + buttons + QStringList(u"tvPages"_s)).mid(0, 6));
+    }
+}
+
+TEST_F(OptionsPages, OkRightAfterOpeningStoresEveryPage)
+{
+    form = std::make_unique<frmOptions>(nullptr);
+    EXPECT_FALSE(form->isComplete()) << "the window is not held up by pages that nobody sees";
+    ok();
+    for (const options::Row &row : options::rows())
+        EXPECT_NE(stored(QString::fromLatin1(row.section), QString::fromLatin1(row.key)), u"absent"_s) << row.key;
 }
 
 TEST_F(OptionsPages, HelpIsAskedForThePageShown)
