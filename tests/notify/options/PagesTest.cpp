@@ -297,7 +297,7 @@ TEST_F(OptionsPages, ChoosingACharacterLetsItIntroduceItself)
     EXPECT_EQ(world.announcer.log, QStringList()) << "showing is not choosing";
     QTest::keyClick(&list, Qt::Key_Down);
     QTest::keyClick(&list, Qt::Key_Down);
-    EXPECT_EQ(world.announcer.log, QStringList({ u"greet Peedy"_s, u"greet Robby"_s }));
+    EXPECT_EQ(world.announcer.log, QStringList({ u"greet peedy"_s, u"greet Robby"_s }));
     EXPECT_EQ(previewed.last(), u"Robby"_s);
     ok();
     EXPECT_EQ(stored(u"MSAgent"_s, u"Character"_s), u"Robby"_s) << "as its file is called";
