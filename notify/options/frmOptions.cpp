@@ -110,7 +110,8 @@ OptionPage *frmOptions::pageOf(const QString &key)
     if (page)
         return page;
     const auto pages = options::pages();
-    const auto found = std::find_if(pages.begin(), pages.end(), [&](const auto &each) { return key == latin(each.key); });
+    const auto found
+        = std::find_if(pages.begin(), pages.end(), [&](const auto &each) { return key == latin(each.key); });
     Q_ASSERT(found != pages.end());
     page = new OptionPage(*found, m_stack);
     m_stack->addWidget(page);
@@ -165,7 +166,8 @@ void frmOptions::makeButtons(QHBoxLayout &row)
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, [this] { Trap("Options_Save", [this] { Options_Save(); }); });
     connect(button(tr("Cancel"), "cmdArray(1)", row), &QPushButton::clicked, this, &QDialog::reject);
-    const std::pair<QKeySequence, int> steps[] = { { Qt::CTRL | Qt::Key_PageDown, 1 }, { Qt::CTRL | Qt::Key_PageUp, -1 } };
+    const std::pair<QKeySequence, int> steps[]
+        = { { Qt::CTRL | Qt::Key_PageDown, 1 }, { Qt::CTRL | Qt::Key_PageUp, -1 } };
     for (const auto &[key, by] : steps)
         connect(new QShortcut(key, this), &QShortcut::activated, this, [this, by = by] { stepPage(by); });
 }
