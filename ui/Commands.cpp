@@ -131,6 +131,9 @@ const std::array kCommands {
 
     Command { "mnuPortList", "&Port List...", nullptr, "view_list", "Edit the catalogue of known ports",
         &H::portList, editorsIdle, hasEditors },
+    Command { "mnuHelpContentsIndex", "&Contents and Index", "F1", "help", "Open the help", &H::helpContents },
+    Command { "mnuAboutKavroWebSite", "Kavro &Web Site", nullptr, nullptr, "Open the web site of the program",
+        &H::webSite },
     Command { "mnuHelpAbout", "&About...", nullptr, nullptr, "Show the version of the program", &H::about,
         hasEditors, hasEditors },
 
@@ -194,7 +197,7 @@ const std::array kMenus {
             "mnuViewRefresh", "-", "mnuViewOptions" } },
     Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuToolsListen", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
     Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
-    Menu { "mnuHelp", "&Help", { "mnuHelpAbout" } },
+    Menu { "mnuHelp", "&Help", { "mnuHelpContentsIndex", "-", "mnuAboutKavroWebSite", "mnuHelpAbout" } },
     Menu { "mnuListViewMode", "List View &Mode",
         { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails" } },
     Menu { "mnuViews", "Views",

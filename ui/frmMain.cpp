@@ -14,6 +14,7 @@
 #include "ui/DeviceTree.h"
 #include "ui/Editors.h"
 #include "ui/EventList.h"
+#include "ui/HelpPages.h"
 #include "ui/ImageList.h"
 #include "ui/Panes.h"
 #include "ui/PushToTalk.h"
@@ -89,6 +90,7 @@ frmMain::frmMain(Editors *editors, TerminalEcho *echo)
     setTabOrder(m_tree, m_views);
     setTabOrder(m_views, m_lists);
     new PushToTalk(this);
+    new ContextHelp(this);
     updateCommands();
 }
 

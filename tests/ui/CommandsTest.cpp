@@ -2,9 +2,13 @@
 
 #include "core/Settings.h"
 #include "monitor/CheckCycle.h"
+#include "ui/HelpPages.h"
 
 #include <QComboBox>
+#include <QDialog>
+#include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
@@ -182,6 +186,73 @@ TEST_F(CommandsTest, ViewLog)
                          "Please re-define a log file from the options menu."_s);
     trigger("mnuViewLog");
     EXPECT_EQ(world.dialogs.opened.size(), 1);
+}
+
+class HelpCommandsTest : public CommandsTest
+{
+protected:
+    QString file(const QString &name)
+    {
+        const QString path = QDir::cleanPath(world.path(name));
+        QDir().mkpath(QFileInfo(path).path());
+        QFile made(path);
+        EXPECT_TRUE(made.open(QIODevice::WriteOnly));
+        return path;
+    }
+    QString takeOpened()
+    {
+        const QString opened = world.dialogs.opened.join(u' ');
+        world.dialogs.opened.clear();
+        return opened;
+    }
+};
+
+TEST_F(HelpCommandsTest, TheHelpFileOpensWhereThereIsAViewerElseThePages)
+{
+    const QString help = file(u"Kavro2000.chm"_s);
+    const QString page = file(u"help/index.html"_s);
+    open();
+    QTest::keyClick(window.get(), Qt::Key_F1);
+    EXPECT_EQ(takeOpened(), u"file://"_s + help);
+    world.dialogs.hasProgram = false;
+    trigger("mnuHelpContentsIndex");
+    EXPECT_EQ(takeOpened(), u"file://"_s + page);
+    world.dialogs.hasProgram = true;
+    QFile::remove(help);
+    trigger("mnuHelpContentsIndex");
+    EXPECT_EQ(takeOpened(), u"file://"_s + page);
+
+    world.dialogs.canOpen = false;
+    world.dialogs.expect(u"No program was found that shows this help page:\r\n"_s + page);
+    trigger("mnuHelpContentsIndex");
+    world.dialogs.expect(u"No program was found that shows web sites. The address is:\r\nhttps://"_s);
+    trigger("mnuAboutKavroWebSite");
+}
+
+TEST_F(HelpCommandsTest, WebSite)
+{
+    open();
+    trigger("mnuAboutKavroWebSite");
+    EXPECT_EQ(takeOpened(), u"https://www.kavro.example/"_s);
+}
+
+TEST_F(HelpCommandsTest, F1InADialogOpensThePageAboutIt)
+{
+    const QString groups = file(u"help/groups.html"_s);
+    const QString first = file(u"help/index.html"_s);
+    open();
+    for (const auto &[form, opened] : { std::pair(u"frmModifyGroup"_s, groups), std::pair(u"frmAbout"_s, first) }) {
+        QDialog dialog(window.get());
+        dialog.setObjectName(form);
+        dialog.setModal(true);
+        auto *box = new QLineEdit(&dialog);
+        dialog.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(box, Qt::Key_F1);
+        EXPECT_EQ(takeOpened(), u"file://"_s + opened);
+        QTest::keyClick(box, Qt::Key_F1, Qt::ShiftModifier);
+        EXPECT_EQ(takeOpened(), QString());
+    }
 }
 
 TEST_F(CommandsTest, ADatabaseErrorEndsTheProgramUnderTheCommandsName)
