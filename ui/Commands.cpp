@@ -155,7 +155,7 @@ const std::array kCommands {
         Scope::Tree },
     Command { "mnutvDeletePort", "&Delete Port", "Del", "delete", "Delete the selected check", &H::deletePort,
         portIdle, onPort, nullptr, Scope::Tree },
-    Command { "mnutvPortDetails", "Port De&tails", nullptr, "details",
+    Command { "mnutvPortDetails", "Port De&tails", "Ctrl+D", "details",
         "Show the history of the selected check", &H::nodeDetails, nodeHasDetails, nodeHasDetails, nullptr,
         Scope::Tree },
     Command { "mnutvProperties", "&Properties", "Alt+Return", "properties", "Edit the selected object",
@@ -163,7 +163,7 @@ const std::array kCommands {
 
     Command { "mnulvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
         &H::refresh },
-    Command { "mnulvRightClickDetails", "De&tails", nullptr, "details",
+    Command { "mnulvRightClickDetails", "De&tails", "Ctrl+D", "details",
         "Show the history of the selected check", &H::rowDetails, rowHasDetails, rowHasDetails, nullptr,
         Scope::List },
     Command { "mnulvRightClickProperties", "&Properties", "Alt+Return", "properties",

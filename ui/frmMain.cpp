@@ -259,7 +259,17 @@ void frmMain::NodeClick(NodeLevel level, const QString &key)
     });
 }
 
-void frmMain::openRow(NodeLevel level, const QString &key) { m_tree->selectNode(level, key); }
+/** Goes down to the row; one that is shown already has nothing below it and opens itself. */
+void frmMain::openRow(NodeLevel level, const QString &key)
+{
+    if (level != m_tree->currentLevel() || key != m_tree->currentKey()) {
+        m_tree->selectNode(level, key);
+        return;
+    }
+    updateCommands();
+    const bool hasDetails = commandState().rowHasDetails;
+    m_commands->action(hasDetails ? "mnulvRightClickDetails" : "mnulvRightClickProperties")->trigger();
+}
 
 void frmMain::chooseView(int index)
 {

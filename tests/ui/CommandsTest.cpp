@@ -373,6 +373,29 @@ TEST_F(CommandsTest, OnlyWhatCanBeDoneIsOffered)
             u"add device "_s + net.groupKey, u"add port "_s + net.deviceKey, u"port list"_s, u"about"_s }));
 }
 
+TEST_F(CommandsTest, ActivatingARowGoesDownAndInTheEndOpensIt)
+{
+    RecordingEditors editors;
+    open(&editors);
+    select(NodeLevel::Device, net.deviceKey);
+    const auto activate = [this](int row) {
+        list().selectRow(row);
+        QTest::keyClick(list().view(), Qt::Key_Return);
+    };
+    activate(0); // the device itself
+    activate(1);
+    EXPECT_EQ(tree().currentKey(), net.portKey);
+    activate(0);
+    QTest::keyClick(list().view(), Qt::Key_D, Qt::ControlModifier);
+    QTest::keyClick(&tree(), Qt::Key_D, Qt::ControlModifier);
+    const QString details = u"details "_s + net.portKey;
+    EXPECT_EQ(editors.opened, QStringList({ u"properties "_s + net.deviceKey, details, details, details }));
+    window->setMonitoringState(MonitoringState::Checking);
+    select(NodeLevel::Device, net.deviceKey);
+    activate(0);
+    EXPECT_EQ(editors.opened.size(), 4) << "no editing during a check";
+}
+
 TEST_F(CommandsTest, EditorCommandsAreAbsentWithoutEditors)
 {
     open();
