@@ -15,11 +15,12 @@ namespace {
 
 constexpr QLatin1StringView kFirstPage("index.html");
 
-struct FormPage {
-    QLatin1StringView form;
+/** A dialog, or a page of the options, and the page about it. */
+struct About {
+    QLatin1StringView name;
     QLatin1StringView page;
 };
-constexpr FormPage kFormPages[] = {
+constexpr About kPages[] = {
     { "frmAddDevice"_L1, "add-device.html"_L1 },
     { "frmAddPort"_L1, "add-port.html"_L1 },
     { "frmGroupAdd"_L1, "groups.html"_L1 },
@@ -29,6 +30,20 @@ constexpr FormPage kFormPages[] = {
     { "frmOptions"_L1, "options.html"_L1 },
     { "frmPortDetails"_L1, "port-details.html"_L1 },
     { "frmPortList"_L1, "port-list.html"_L1 },
+    { "MSAgent"_L1, "options-agent.html"_L1 },
+    { "MSAgentCharacters"_L1, "options-agent.html"_L1 },
+    { "Logging"_L1, "options-logging.html"_L1 },
+    { "FailureNotification"_L1, "options-mail.html"_L1 },
+    { "SMTP"_L1, "options-mail.html"_L1 },
+    { "EmailTemplate"_L1, "options-mail.html"_L1 },
+    { "HTMLOutput"_L1, "options-html.html"_L1 },
+    { "DBOptions"_L1, "options-database.html"_L1 },
+    { "Monitor"_L1, "options-monitoring.html"_L1 },
+    { "TCP"_L1, "options-monitoring.html"_L1 },
+    { "Ping"_L1, "options-monitoring.html"_L1 },
+    { "DefaultOptions"_L1, "options-creation.html"_L1 },
+    { "EventScripting"_L1, "options-scripting.html"_L1 },
+    { "Root"_L1, "options.html"_L1 },
 };
 
 /** The pages lie beside the program; an installed one keeps them where it keeps all that users share. */
@@ -46,10 +61,10 @@ bool isHelpKey(const QEvent &event)
 
 } // namespace
 
-QString helppages::pageOf(const QString &form)
+QString helppages::pageOf(const QString &name)
 {
-    for (const FormPage &each : kFormPages) {
-        if (each.form == form)
+    for (const About &each : kPages) {
+        if (each.name == name)
             return each.page;
     }
     return kFirstPage;

@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 #include <QToolBar>
 #include <QToolButton>
@@ -188,6 +190,21 @@ TEST_F(CommandsTest, ViewLog)
     EXPECT_EQ(world.dialogs.opened.size(), 1);
 }
 
+const QDir kHelp(QStringLiteral(KAVRO_DATA_FOLDER "/help"));
+
+QString plain(QString text) { return text.section(u'\t', 0, 0).remove(u'&'); }
+
+/** A menu's entries and those of its menus, as the help writes them: "View > Log File". */
+void addPaths(const QMenu &menu, const QString &path, QSet<QString> &paths)
+{
+    for (const QAction *action : menu.actions()) {
+        const QString below = path + u" > "_s + plain(action->text());
+        paths << below;
+        if (action->menu())
+            addPaths(*action->menu(), below, paths);
+    }
+}
+
 class HelpCommandsTest : public CommandsTest
 {
 protected:
@@ -253,6 +270,41 @@ TEST_F(HelpCommandsTest, F1InADialogOpensThePageAboutIt)
         QTest::keyClick(box, Qt::Key_F1, Qt::ShiftModifier);
         EXPECT_EQ(takeOpened(), QString());
     }
+}
+
+TEST_F(HelpCommandsTest, EveryFormAndEveryPageOfTheOptionsHasAPage)
+{
+    QStringList names { u"frmAddDevice"_s, u"frmAddPort"_s, u"frmGroupAdd"_s, u"frmModifyDevice"_s,
+        u"frmModifyGroup"_s, u"frmModifyPort"_s, u"frmOptions"_s, u"frmPortDetails"_s, u"frmPortList"_s };
+    names << QStringLiteral("Root MSAgent MSAgentCharacters Logging FailureNotification SMTP EmailTemplate HTMLOutput"
+                            " DBOptions Monitor TCP Ping DefaultOptions EventScripting")
+                 .split(u' ');
+    for (const QString &name : names) {
+        const QString page = helppages::pageOf(name);
+        EXPECT_NE(page, u"index.html"_s) << qPrintable(name);
+        EXPECT_TRUE(kHelp.exists(page)) << qPrintable(page);
+    }
+}
+
+TEST_F(HelpCommandsTest, EveryMenuPathOfTheHelpExists)
+{
+    RecordingEditors editors;
+    open(&editors);
+    QSet<QString> paths;
+    for (const QAction *each : window->menuBar()->actions())
+        addPaths(*each->menu(), plain(each->text()), paths);
+    const QRegularExpression mention(u"<kbd class=\"menu\">([^<]*)</kbd>"_s);
+    int mentioned = 0;
+    for (const QString &page : kHelp.entryList({ u"*.html"_s }, QDir::Files)) {
+        QFile file(kHelp.filePath(page));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        auto each = mention.globalMatch(QString::fromUtf8(file.readAll()));
+        for (; each.hasNext(); ++mentioned) {
+            const QString path = each.next().captured(1).replace(u"&gt;"_s, u">"_s).simplified();
+            EXPECT_TRUE(paths.contains(path)) << qPrintable(page) << ": " << qPrintable(path);
+        }
+    }
+    EXPECT_GT(mentioned, 50);
 }
 
 TEST_F(CommandsTest, ADatabaseErrorEndsTheProgramUnderTheCommandsName)
