@@ -11,6 +11,7 @@
 #include "platform/agent/window/CharacterPicture.h"
 #include "platform/smtp/cKavroSMTP.h"
 #include "ui/DesktopDialogs.h"
+#include "ui/HelpPages.h"
 #include "ui/Palette.h"
 #include "ui/Start.h"
 #include "ui/TerminalEcho.h"
@@ -37,7 +38,9 @@ QWidget *picture(const QString &character, QWidget *parent)
     }
 }
 
-void openOptions(QWidget *window) { frmOptions(window, { picture, {} }).exec(); }
+void showHelp(const QString &optionsPage) { helppages::show(helppages::pageOf(optionsPage)); }
+
+void openOptions(QWidget *window) { frmOptions(window, { picture, showHelp }).exec(); }
 
 } // namespace
 

@@ -49,7 +49,8 @@ public:
     void expect(const QString &textPart, Answer answer = AnswerOk);
     void expectNothingMore() { m_expected.clear(); }
     Answer messageBox(const QString &text, const QString &caption, Icon icon, Buttons buttons) override;
-    void shellOpen(const QString &target) override;
+    bool shellOpen(const QString &target) override;
+    bool hasProgramFor(const QString &) override { return hasProgram; }
 
     struct Box {
         QString text;
@@ -59,6 +60,8 @@ public:
     };
     QList<Box> shown;
     QStringList opened;
+    bool canOpen = true;    // whether opening anything succeeds
+    bool hasProgram = true; // whether there is a program for a file
 
 private:
     std::deque<std::pair<QString, Answer>> m_expected;
