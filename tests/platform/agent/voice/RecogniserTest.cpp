@@ -151,20 +151,20 @@ TEST(Recogniser, NoiseIsNoCommandAndFewSentencesAre)
         }
     }
     std::printf("%d of %d sentences taken for commands\n", accepted, all);
-    EXPECT_LE(accepted, all / 4);
+    EXPECT_LE(accepted, all / 6);
 }
 
 TEST(Recogniser, SaysWhatItUnderstoodWhenUnsure)
 {
     Recogniser recogniser;
     Commands commands;
-    commands.add({ u"Hi"_s, QString(), u"hello [there]"_s });
+    commands.add({ u"Restart"_s, QString(), u"restart every service [now]"_s });
     recogniser.prepare(commands);
-    const UserInput right = hear(recogniser, spokenBy(u"flite slt"_s, u"hello there"_s, 1));
-    EXPECT_EQ(right.name, u"Hi"_s);
-    EXPECT_EQ(right.voice, u"hello there"_s);
+    const UserInput right = hear(recogniser, spokenBy(u"flite slt"_s, u"restart every service now"_s, 1));
+    EXPECT_EQ(right.name, u"Restart"_s);
+    EXPECT_EQ(right.voice, u"restart every service now"_s);
     EXPECT_GE(right.confidence, Recogniser::kConfidenceLimit);
-    const UserInput wrong = hear(recogniser, spokenBy(u"flite slt"_s, u"fifty five ships"_s, 1));
+    const UserInput wrong = hear(recogniser, spokenBy(u"flite slt"_s, u"we sat in the garden until it was dark"_s, 1));
     EXPECT_EQ(wrong.name, QString());
     EXPECT_LT(wrong.confidence, Recogniser::kConfidenceLimit);
 }
