@@ -5,7 +5,6 @@
 #include "tests/platform/agent/voice/SyntheticVoices.h"
 #include "tests/world/NetTest.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -42,12 +41,11 @@ struct Timing {
 UserInput hear(Recogniser &recogniser, const QByteArray &sound, Timing *timing = nullptr)
 {
     constexpr qsizetype kSlice = 640 * 2; // 40 ms
-    QElapsedTimer clock;
     Timing taken;
     const auto timed = [&](const std::function<void()> &step) {
-        clock.start();
+        const double before = workedMs();
         step();
-        const double ms = double(clock.nsecsElapsed()) / 1e6;
+        const double ms = workedMs() - before;
         taken.worstSlice = std::max(taken.worstSlice, ms);
         taken.total += ms;
     };
@@ -191,17 +189,15 @@ TEST(Recogniser, GrammarsOfEveryKindWork)
         EXPECT_EQ(hear(recogniser, spokenBy(u"flite slt"_s, row.said, 1)).name, row.command) << qPrintable(row.said);
 }
 
-TEST(Recogniser, IsReadyWithinAFrame)
+TEST(Recogniser, IsReadyAtOnce)
 {
     Commands commands = programCommands();
-    QElapsedTimer clock;
-    clock.start();
+    const double before = workedMs();
     Recogniser recogniser;
     recogniser.prepare(commands);
-    const double first = double(clock.nsecsElapsed()) / 1e6;
-    clock.restart();
+    const double first = workedMs() - before;
     recogniser.prepare(commands);
-    const double again = double(clock.nsecsElapsed()) / 1e6;
+    const double again = workedMs() - before - first;
     std::printf("ready in %.1f ms, for the same commands %.2f ms\n", first, again);
     EXPECT_LT(first, 150);
     EXPECT_LT(again, 5);
