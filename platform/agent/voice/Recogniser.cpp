@@ -4,6 +4,7 @@
 #include <sphinxbase/cmn.h>
 #include <sphinxbase/err.h>
 #include <sphinxbase/feat.h>
+#include <sphinxbase/jsgf.h>
 
 #include <QFileInfo>
 
@@ -63,6 +64,20 @@ bool hasModel(const QString &folder)
     return std::all_of(std::begin(kFiles), std::end(kFiles), [&folder](QLatin1StringView name) {
         return QFileInfo(folder + "/en-us/"_L1 + name).size() > 0;
     });
+}
+
+/** Step by step, because the engine's one call for it never frees the grammar that it has read. */
+bool setGrammar(ps_decoder_t *decoder, const QByteArray &jsgf)
+{
+    const std::unique_ptr<jsgf_t, decltype(&jsgf_grammar_free)> grammar(jsgf_parse_string(jsgf.constData(), nullptr),
+                                                                        jsgf_grammar_free);
+    jsgf_rule_t *rule = grammar ? jsgf_get_public_rule(grammar.get()) : nullptr;
+    if (!rule)
+        return false;
+    const auto languageWeight = float32(cmd_ln_float_r(ps_get_config(decoder), "-lw"));
+    const std::unique_ptr<fsg_model_t, decltype(&fsg_model_free)> model(
+        jsgf_build_fsg(grammar.get(), rule, ps_get_logmath(decoder), languageWeight), fsg_model_free);
+    return model && ps_set_fsg(decoder, "commands", model.get()) == 0 && ps_set_search(decoder, "commands") == 0;
 }
 
 /** How well the sound fits a word, 0 to 100: the engine's score is 0 where every moment sounds like nothing else. */
@@ -129,8 +144,7 @@ void Recogniser::load(const QString &jsgf, const QByteArray &dictionary)
         return;
     m_decoder.reset(ps_init(options));
     cmd_ln_free_r(options); // the decoder has its own hold of them
-    if (m_decoder && (ps_set_jsgf_string(m_decoder.get(), "commands", jsgf.toUtf8().constData()) != 0
-                      || ps_set_search(m_decoder.get(), "commands") != 0))
+    if (m_decoder && !setGrammar(m_decoder.get(), jsgf.toUtf8()))
         m_decoder.reset();
     if (m_decoder)
         adapt(true);
