@@ -28,7 +28,7 @@ struct Look {
     QColor line;
 };
 const Look kLight{ QColor(0xff, 0xfb, 0xea), QColor(0x23, 0x22, 0x1e), QColor(0x7a, 0x73, 0x61) };
-const Look kDark{ QColor(0x2c, 0x2e, 0x33), QColor(0xf3, 0xf2, 0xec), QColor(0x9a, 0x9c, 0xa3) };
+const Look kDark{ QColor(0x3a, 0x3d, 0x45), QColor(0xf6, 0xf5, 0xf0), QColor(0xa6, 0xa8, 0xb0) };
 
 const Look &lookFor(const QPalette &palette)
 {
@@ -37,7 +37,7 @@ const Look &lookFor(const QPalette &palette)
 
 QMargins padding(Balloon::Kind kind)
 {
-    return kind == Balloon::Kind::Thought ? QMargins(20, 17, 20, 17) : QMargins(13, 9, 13, 9);
+    return kind == Balloon::Kind::Thought ? QMargins(22, 19, 22, 19) : QMargins(13, 9, 13, 9);
 }
 
 int byteOf(int style, int shift) { return int((quint32(style) >> shift) & 0xff); }
