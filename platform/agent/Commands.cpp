@@ -1,5 +1,7 @@
 #include "platform/agent/Agent.h"
 
+#include "platform/agent/VoiceGrammar.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +21,8 @@ void Commands::add(const Command &command)
 {
     if (find(command.name))
         throw Error(ErrorNumber::CommandExists, u"The command %1 exists already."_s.arg(command.name));
+    if (!command.voice.trimmed().isEmpty())
+        VoiceGrammar check(command.voice); // throws when it is none
     m_all.append(command);
 }
 
