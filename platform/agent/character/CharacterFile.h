@@ -6,8 +6,7 @@
 #include "platform/agent/character/Animation.h"
 
 #include <QHash>
-#include <QPointF>
-#include <QSizeF>
+#include <QRectF>
 #include <QStringList>
 
 #include <memory>
@@ -37,8 +36,8 @@ public:
         QString name;
         QString description;
         Voice voice;
-        QSizeF size;
-        QPointF balloonAnchor;
+        QRectF frame;
+        QPointF balloonAnchor; // in the drawing's coordinates, as everything here
         QList<Part> parts;          // in drawing order, farthest first
         QList<qsizetype> fromRoots; // the same parts, every parent before its children
         Pose rest;
@@ -64,9 +63,11 @@ public:
     const QString &description() const { return m_content.description; }
     const Voice &voice() const { return m_content.voice; }
     /** The frame in units; one unit is one device-independent pixel at the usual size. */
-    QSizeF size() const { return m_content.size; }
+    QSizeF size() const { return m_content.frame.size(); }
     /** Where a balloon's tail points to, in units from the frame's top left corner. */
-    QPointF balloonAnchor() const { return m_content.balloonAnchor; }
+    QPointF balloonAnchor() const { return m_content.balloonAnchor - m_content.frame.topLeft(); }
+    /** The part of the drawing that is shown. */
+    QRectF frame() const { return m_content.frame; }
 
     const QList<Part> &parts() const { return m_content.parts; }
     const QList<qsizetype> &fromRoots() const { return m_content.fromRoots; }

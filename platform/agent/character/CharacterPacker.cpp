@@ -8,6 +8,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace agent {
@@ -47,6 +49,8 @@ QJsonObject withoutStrangers(const QJsonObject &animations, const QJsonObject &p
     QJsonObject known = animations;
     for (const QString &name : animations.keys()) {
         QJsonObject animation = animations.value(name).toObject(), tracks = animation.value("tracks"_L1).toObject();
+        if (tracks.isEmpty())
+            continue;
         const QStringList named = tracks.keys();
         for (const QString &part : named) {
             if (!parts.contains(part))
@@ -96,25 +100,42 @@ QJsonObject mirroredTracks(const QJsonObject &tracks, const QJsonObject &parts)
     return mirrored;
 }
 
-/** Keys of another animation, later by so many ms, after those that stand there already. */
-QJsonArray appendedKeys(QJsonArray keys, const QJsonArray &more, int offset)
+/** Keys of another animation, later by so many ms, among those that stand there already. */
+QJsonArray mergedKeys(const QJsonArray &keys, const QJsonArray &more, int offset)
 {
+    QList<QJsonArray> all;
+    for (const QJsonValue &key : keys)
+        all.append(key.toArray());
     for (const QJsonValue &key : more) {
         QJsonArray entry = key.toArray();
         entry.replace(0, entry.at(0).toInt() + offset);
-        keys.append(entry);
+        all.append(entry);
     }
-    return keys;
+    std::stable_sort(all.begin(), all.end(), [](const QJsonArray &a, const QJsonArray &b) {
+        return a.at(0).toInt() < b.at(0).toInt();
+    });
+    QJsonArray merged;
+    for (const QJsonArray &key : std::as_const(all))
+        merged.append(key);
+    return merged;
 }
 
-QJsonObject withTracks(QJsonObject tracks, const QJsonObject &more, int offset)
+/** A movement of one's own counts; pictures mix. */
+bool isTaken(const QJsonObject &own, const QString &part, const QString &channel)
+{
+    return own.value(part).toObject().contains(channel) && channel != "picture"_L1;
+}
+
+QJsonObject withTracks(QJsonObject tracks, const QJsonObject &own, const QJsonObject &more, int offset)
 {
     for (auto part = more.begin(); part != more.end(); ++part) {
         QJsonObject channels = tracks.value(part.key()).toObject();
         const QJsonObject added = part->toObject();
-        for (auto channel = added.begin(); channel != added.end(); ++channel)
-            channels.insert(channel.key(), appendedKeys(channels.value(channel.key()).toArray(),
-                                                        channel->toArray(), offset));
+        for (auto channel = added.begin(); channel != added.end(); ++channel) {
+            if (!isTaken(own, part.key(), channel.key()))
+                channels.insert(channel.key(), mergedKeys(channels.value(channel.key()).toArray(),
+                                                          channel->toArray(), offset));
+        }
         tracks.insert(part.key(), channels);
     }
     return tracks;
@@ -143,10 +164,11 @@ QJsonObject withoutMirror(const QJsonObject &animations, const QString &name, co
 QJsonObject withoutWith(const QJsonObject &animations, const QString &name)
 {
     QJsonObject animation = animations.value(name).toObject();
-    QJsonObject tracks = animation.value("tracks"_L1).toObject();
+    const QJsonObject own = animation.value("tracks"_L1).toObject();
+    QJsonObject tracks = own;
     for (const QJsonValue &entry : animation.take("with"_L1).toArray()) {
         const QJsonObject other = namedAnimation(animations, entry[qsizetype(0)].toString(), name);
-        tracks = withTracks(tracks, other.value("tracks"_L1).toObject(), entry[qsizetype(1)].toInt());
+        tracks = withTracks(tracks, own, other.value("tracks"_L1).toObject(), entry[qsizetype(1)].toInt());
     }
     animation.insert("tracks"_L1, tracks);
     return animation;

@@ -98,7 +98,8 @@ private:
         m_content.description = m_root.at(u"description"_s).text(kMaxText);
         const JsonNode size = m_root.at(u"size"_s), voice = m_root.at(u"voice"_s);
         size.length(2, 2);
-        m_content.size = { size.at(0).number(16, 1024), size.at(1).number(16, 1024) };
+        m_content.frame = { m_root.has(u"origin"_s) ? pointOf(m_root.at(u"origin"_s)) : QPointF(),
+                            QSizeF(size.at(0).number(16, 1024), size.at(1).number(16, 1024)) };
         m_content.balloonAnchor = pointOf(m_root.at(u"balloonAnchor"_s));
         m_content.voice = { voice.at(u"name"_s).text(32), voice.at(u"variant"_s).text(32),
                             voice.at(u"pitch"_s).integer(0, 99), voice.at(u"range"_s).integer(0, 99),

@@ -37,10 +37,8 @@ void ListenSession::begin(const Commands &commands)
     m_actor.playState(u"Listening"_s);
     m_actor.talker().tell(u"Listening…"_s);
     m_actor.events().post([id = m_id](Control &control) { emit control.listenStarted(id); });
-    if (!m_makeEar)
-        answer(u"I cannot hear: no speech recognition is installed."_s);
-    else
-        ear().start(commands); // answers at once if there is no microphone
+    // Without a microphone this answers at once.
+    ear().start(commands);
 }
 
 void ListenSession::release()
