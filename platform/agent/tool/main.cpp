@@ -1,7 +1,7 @@
 // Performs a character on the screen, for those who draw one:
 //   kavro-agent-demo FILE STEP...
-// A step is play=ANIMATION, think=TEXT, move=X,Y, point=X,Y, hide, show, stay (until it is ended from outside) or a
-// text to speak.
+// A step is play=ANIMATION, think=TEXT, move=X,Y, point=X,Y, hide, show, stay (until it is ended from
+// outside) or a text to speak.
 
 #include "platform/agent/window/AgentControl.h"
 
@@ -22,7 +22,10 @@ namespace {
 
 constexpr int kFarewellMs = 1600; // until the last balloon is read
 
-QPoint pointOf(const QString &text) { return { text.section(u',', 0, 0).toInt(), text.section(u',', 1, 1).toInt() }; }
+QPoint pointOf(const QString &text)
+{
+    return { text.section(u',', 0, 0).toInt(), text.section(u',', 1, 1).toInt() };
+}
 
 struct Verb {
     const char16_t *name;
@@ -31,8 +34,12 @@ struct Verb {
 constexpr Verb kVerbs[] = {
     { u"play", [](Character &character, const QString &name) { character.Play(name); } },
     { u"think", [](Character &character, const QString &text) { character.Think(text); } },
-    { u"move", [](Character &character, const QString &to) { character.MoveTo(pointOf(to).x(), pointOf(to).y()); } },
-    { u"point", [](Character &character, const QString &at) { character.GestureAt(pointOf(at).x(), pointOf(at).y()); } },
+    { u"move",
+        [](Character &character, const QString &to) { character.MoveTo(pointOf(to).x(), pointOf(to).y()); } },
+    { u"point",
+        [](Character &character, const QString &at) {
+            character.GestureAt(pointOf(at).x(), pointOf(at).y());
+        } },
     { u"hide", [](Character &character, const QString &) { character.Hide(); } },
     { u"show", [](Character &character, const QString &) { character.Show(); } },
 };

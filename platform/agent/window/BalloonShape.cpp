@@ -25,8 +25,10 @@ QPointF root(const QRectF &body, const QPointF &tip)
     };
     const bool vertical = tip.y() < body.top() || tip.y() > body.bottom();
     if (vertical)
-        return { clamped(tip.x(), body.left(), body.right()), tip.y() > body.bottom() ? body.bottom() : body.top() };
-    return { tip.x() > body.right() ? body.right() : body.left(), clamped(tip.y(), body.top(), body.bottom()) };
+        return { clamped(tip.x(), body.left(), body.right()),
+            tip.y() > body.bottom() ? body.bottom() : body.top() };
+    return { tip.x() > body.right() ? body.right() : body.left(),
+        clamped(tip.y(), body.top(), body.bottom()) };
 }
 
 QPainterPath tail(const QRectF &body, const QPointF &tip)

@@ -7,8 +7,8 @@ namespace agent {
 namespace {
 
 constexpr int kDecideMs = 15'000; // more than any recogniser needs
-constexpr int kAnswerMs = 900;    // before other requests go on
-constexpr int kReadMs = 3'500;    // until the balloon goes
+constexpr int kAnswerMs = 900; // before other requests go on
+constexpr int kReadMs = 3'500; // until the balloon goes
 
 } // namespace
 
@@ -47,7 +47,7 @@ void ListenSession::release()
         return;
     m_step = Step::Deciding;
     m_deadline = m_pulse.now() + kDecideMs;
-    m_actor.playStateOnce(u"Hearing"_s);
+    m_actor.playState(u"Hearing"_s, Animator::Loop::Once);
     m_ear->stop();
 }
 
