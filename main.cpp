@@ -5,7 +5,11 @@
 #include "core/vbMain.h"
 #include "editors/OperatorEditors.h"
 #include "notify/Notifications.h"
-#include "notify/vbMSAgent.h"
+#include "notify/options/frmOptions.h"
+#include "notify/AgentAnnouncer.h"
+#include "notify/options/frmOptions.h"
+#include "platform/agent/window/AgentControl.h"
+#include "platform/agent/window/CharacterPicture.h"
 #include "platform/smtp/cKavroSMTP.h"
 #include "ui/DesktopDialogs.h"
 #include "ui/Palette.h"
@@ -14,12 +18,29 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLabel>
 
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+QWidget *picture(const QString &character, QWidget *parent)
+{
+    try {
+        return new agent::CharacterPicture(
+            agent::CharacterFile::load(CharacterFolder() + u'/' + character + ".acs"_L1), parent);
+    } catch (const agent::Error &error) {
+        return new QLabel(error.text(), parent);
+    }
+}
+
+void openOptions(QWidget *window) { frmOptions(window, { picture, {} }).exec(); }
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -36,16 +57,18 @@ int main(int argc, char **argv)
 
     const auto echo = isHeadless() ? std::make_unique<TerminalEcho>() : nullptr;
     DesktopDialogs dialogs(echo.get());
-    StatusBarAnnouncer announcer;
+    StatusBarAnnouncer teller;
+    AgentAnnouncer character([] { return std::make_unique<agent::AgentControl>(CharacterFolder()); });
     Notifications notifications;
     VbMain &program = vbMain();
     program.dialogs = &dialogs;
-    program.announcer = &announcer;
+    // Without a display nobody would see a character.
+    program.announcer = isHeadless() ? static_cast<Announcer *>(&teller) : &character;
     program.afterCheck = &notifications;
 
     int exitCode = 0;
     {
-        OperatorEditors editors([] { return cKavroSMTP::Version(); });
+        OperatorEditors editors([] { return cKavroSMTP::Version(); }, openOptions);
         Start factory(&editors, echo.get());
         Task<void> startUp = Main(factory, QApplication::arguments().mid(1).join(u' '));
         startUp.start();

@@ -64,6 +64,6 @@ endfunction()
 # The program itself; it stands beside the files that a portable folder holds.
 function(kavro_program)
   add_executable(kavro2000 main.cpp)
-  target_link_libraries(kavro2000 PRIVATE kavro_editors kavro_ui)
+  target_link_libraries(kavro2000 PRIVATE kavro_editors kavro_options_dialog kavro_agent_window kavro_ui)
   add_dependencies(kavro2000 kavro_default_database kavro_html_template kavro_characters)
 endfunction()

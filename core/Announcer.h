@@ -16,8 +16,14 @@ public:
     virtual void speakLines(const ResultTable &lines) = 0;
     /** MSAgentSpeak: looks the saying up and speaks it. */
     virtual void speak(const QString &saying) = 0;
+    /** MSAgentGreeting: has the character of that name introduce itself. */
+    virtual void greet(const QString &character) = 0;
     /** The announcement after a cycle; six columns of failed and five of recovered checks. */
     virtual void AnnounceDevices(const ResultTable &failed, const ResultTable &recovered) = 0;
+    /** Push to talk: on while the operator speaks. Only a character listens. */
+    virtual void listen(bool /*on*/) {}
+    virtual bool canListen() const { return false; }
+    virtual bool isListening() const { return false; }
     /** Unloads the character named "Character". */
     virtual void unloadCharacter() = 0;
 };

@@ -7,6 +7,9 @@
 
 enum class MonitoringState { Off, On, Checking };
 
+/** What the operator may ask the announcer for, and the window does. */
+enum class OperatorCommand { Restore, Minimize, ShowLog, ShowHTML, MonitoringOn, MonitoringOff };
+
 /** What the engine and the notifiers need of the window. frmMain implements it; tests record it. */
 class MainWindow
 {
@@ -31,6 +34,9 @@ public:
     virtual Task<void> Refresh_TreeView_Icons() = 0;
     /** Runs the node click of the tree's current node, so that the list shows the new state. */
     virtual void reselectNode() = 0;
+    virtual void carryOut(OperatorCommand command) = 0;
+    /** Devices with problems as of the last roll-up; below 1: none. */
+    virtual int problemCount() const = 0;
     /** Runs the window's unload handling without any question. */
     virtual void unload() = 0;
 };

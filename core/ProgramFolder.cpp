@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 QString s_folder;
+QString s_sharedFolder;
 
 /** What an installed program brings along and a user's own folder needs a copy of. */
 constexpr QLatin1StringView kShipped[] = { "defaultDB.mdb"_L1, "HTML_Template_IE5.html"_L1, "Kavro2000.chm"_L1 };
@@ -22,8 +23,12 @@ QString ProgramFolder() { return s_folder.isEmpty() ? QCoreApplication::applicat
 
 void setProgramFolder(const QString &folder) { s_folder = folder; }
 
+void setSharedDataFolder(const QString &folder) { s_sharedFolder = folder; }
+
 QString SharedDataFolder()
 {
+    if (!s_sharedFolder.isEmpty())
+        return s_sharedFolder;
     const QString installed = QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../share/kavro2000"_L1);
     return QFileInfo(installed).isDir() ? installed : QCoreApplication::applicationDirPath();
 }

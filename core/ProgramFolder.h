@@ -8,3 +8,5 @@ void ChooseProgramFolder();
 
 /** Where an installed program keeps what all users share; the executable's own folder when it is not installed. */
 QString SharedDataFolder();
+/** For tests: replaces it; empty: the real one again. */
+void setSharedDataFolder(const QString &folder);

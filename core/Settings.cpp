@@ -62,13 +62,13 @@ constexpr Key kCatalogue[] = {
     { kMail, "SendOnConsecutiveFailure", Number, "5" },
     { kMail, "MailServer", Text, "" },
     { kMail, "MailTimeOut", Number, "20000" },
-    { kMail, "MailFrom", Text, "", kPlaceholderAddress },
-    { kMail, "MailTo", Text, "", kPlaceholderAddress },
+    { kMail, "MailFrom", Text, "", nullptr, false, kPlaceholderAddress },
+    { kMail, "MailTo", Text, "", nullptr, false, kPlaceholderAddress },
     { kMail, "MailSubject", Text, "<DEVICE>:<PORT>" },
     { kMail, "MailFailedMask", Text, "<DEVICE> port <PORT> failed on <DATE> because <REASON>." },
     { kMail, "MailRecoveredMask", Text, "<DEVICE> port <PORT> recovered on <DATE>." },
 
-    { kAgent, "Character", Text, "merlin", "Merlin" },
+    { kAgent, "Character", Text, "merlin", nullptr, false, "Merlin" },
     { kAgent, "ShowCharacter", Flag, "1" },
     { kAgent, "HideCharacterOnIdle", Flag, "1" },
     { kAgent, "AnnounceDate", Flag, "0" },
@@ -124,9 +124,11 @@ public:
     {
         return fresh().value(key);
     }
-    void setValue(const QString &key, const QString &text)
+    void setValues(const QList<std::pair<QString, QString>> &values)
     {
-        fresh().setValue(key, text);
+        QSettings &ini = fresh();
+        for (const auto &[key, text] : values)
+            ini.setValue(key, text);
         flush();
     }
     void removeSection(const QString &section)
@@ -214,6 +216,11 @@ QString defaultOf(const Key &key)
     return key.kind == Path ? ProgramFolder() + nativePath(text) : text;
 }
 
+QString dialogDefaultOf(const Key &key)
+{
+    return key.dialogDefault ? QString::fromLatin1(key.dialogDefault) : defaultOf(key);
+}
+
 } // namespace Settings
 
 QString GetSetting(const QString &section, const QString &key, const QString &fallback)
@@ -232,7 +239,15 @@ QString GetSetting(const QString &section, const QString &key)
 
 void SaveSetting(const QString &section, const QString &key, const QString &value)
 {
-    Settings::Store::instance().setValue(Settings::storeKey(section, key), value);
+    SaveSettings({ { section, key, value } });
+}
+
+void SaveSettings(const QList<SettingValue> &values)
+{
+    QList<std::pair<QString, QString>> stored;
+    for (const SettingValue &each : values)
+        stored.append({ Settings::storeKey(each.section, each.key), each.value });
+    Settings::Store::instance().setValues(stored);
 }
 
 void DeleteSetting(const QString &section) { Settings::Store::instance().removeSection(section); }

@@ -10,7 +10,8 @@ namespace Settings {
 enum class Kind { Text, Path, Number, Flag };
 
 /** One row of the catalogue. A path default starts with a backslash: the program folder is put before it.
-    otherDefault is what the second reader passes where two readers differ (else null). */
+    otherDefault is what a second reader passes where two readers differ, dialogDefault what the options dialog shows
+    where it differs from all readers (else null). */
 struct Key {
     const char *section;
     const char *name;
@@ -18,6 +19,7 @@ struct Key {
     const char *fallback;
     const char *otherDefault = nullptr;
     bool hidden = false; // for administrators only; no dialog shows it
+    const char *dialogDefault = nullptr;
 };
 
 /** All keys of all sections, in catalogue order. */
@@ -28,6 +30,8 @@ std::span<const char *const> sections();
 const Key *find(const QString &section, const QString &key);
 /** The declared default; paths with the program folder in front. */
 QString defaultOf(const Key &key);
+/** The default that the options dialog shows. */
+QString dialogDefaultOf(const Key &key);
 
 } // namespace Settings
 
@@ -37,6 +41,14 @@ QString GetSetting(const QString &section, const QString &key, const QString &fa
 QString GetSetting(const QString &section, const QString &key);
 void SaveSetting(const QString &section, const QString &key, const QString &value);
 void DeleteSetting(const QString &section);
+
+struct SettingValue {
+    QString section;
+    QString key;
+    QString value;
+};
+/** Saves several settings in one write: all of them reach the store or none. */
+void SaveSettings(const QList<SettingValue> &values);
 
 /** Readers with the ordinary conversions; a text that does not convert throws VbError 13, out of range 6. */
 int GetSettingInt(const QString &section, const QString &key);

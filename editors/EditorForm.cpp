@@ -1,5 +1,7 @@
 #include "editors/EditorForm.h"
 
+#include "platform/desktop/Labels.h"
+
 #include <QEvent>
 #include <QFontMetrics>
 #include <QFormLayout>
@@ -107,25 +109,9 @@ void EditorForm::addRow(QFormLayout &rows, const QString &label, QWidget *box)
     rows.addRow(text, box);
 }
 
-QLabel *EditorForm::hint(const QString &text)
-{
-    auto *label = new QLabel(text, this);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, palette.color(QPalette::PlaceholderText));
-    label->setPalette(palette);
-    return label;
-}
+QLabel *EditorForm::hint(const QString &text) { return desktop::mutedLabel(text, this); }
 
-QLabel *EditorForm::heading(const QString &text)
-{
-    auto *label = new QLabel(text, this);
-    QFont font = label->font();
-    font.setBold(true);
-    label->setFont(font);
-    return label;
-}
+QLabel *EditorForm::heading(const QString &text) { return desktop::headingLabel(text, this); }
 
 QTreeWidget *EditorForm::table(const char *name, const QString &role, const QStringList &columns)
 {

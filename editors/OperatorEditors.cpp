@@ -70,3 +70,9 @@ void OperatorEditors::about(EditedTree &tree)
 {
     frmAbout(tree, m_smtpVersion ? m_smtpVersion() : QString()).exec();
 }
+
+void OperatorEditors::options(EditedTree &tree)
+{
+    if (m_openOptions)
+        m_openOptions(tree.window());
+}

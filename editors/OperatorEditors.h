@@ -12,8 +12,11 @@ class OperatorEditors : public Editors
 public:
     /** Reports the version of the mail control; without one the about box leaves its line out. */
     using Version = std::function<QString()>;
-    explicit OperatorEditors(Version smtpVersion = {})
+    /** Opens the options above a window and returns when they are closed. */
+    using OpenOptions = std::function<void(QWidget *window)>;
+    explicit OperatorEditors(Version smtpVersion = {}, OpenOptions openOptions = {})
         : m_smtpVersion(std::move(smtpVersion))
+        , m_openOptions(std::move(openOptions))
     {
     }
 
@@ -26,7 +29,9 @@ public:
     void addPort(EditedTree &tree) override;
     void portList(EditedTree &tree) override;
     void about(EditedTree &tree) override;
+    void options(EditedTree &tree) override;
 
 private:
     Version m_smtpVersion;
+    OpenOptions m_openOptions;
 };

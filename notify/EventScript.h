@@ -6,8 +6,16 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class ScriptControl;
+
+/** The script stored for an event; nothing when the database holds none. */
+std::optional<QString> StoredScript(const QString &event);
+/** Stores the script of an event in place of the former one. */
+void StoreScript(const QString &event, const QString &script);
+/** What keeps a script from being run, with its line; empty when it can be started. */
+QString ScriptProblem(const QString &script);
 
 /** Runs the script that an administrator has stored for an event. */
 class EventScript : public QObject

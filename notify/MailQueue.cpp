@@ -31,24 +31,14 @@ struct MailKind {
 constexpr MailKind kFailure{ "Failure"_L1, " has failed."_L1, failedMail::Reason, failedMail::PortId };
 constexpr MailKind kRecovery{ "Recovery"_L1, " has recovered."_L1, -1, recoveredMail::PortId };
 
-/** Tokens are replaced one after the other over the whole text: a value that holds a later token is expanded, too. */
-QString expand(const QString &mask, const QString &device, const QString &port, const QString &reason)
-{
-    QString text = mask;
-    text.replace("<DEVICE>"_L1, device);
-    text.replace("<PORT>"_L1, port);
-    text.replace("<REASON>"_L1, reason);
-    return text.replace("<DATE>"_L1, GeneralDate(Clock::now()));
-}
-
 void composeMail(const ResultTable &list, int row, const MailKind &kind, bool useSmtp)
 {
     const QString &device = list.at(failedMail::Name, row);
     const QString &port = list.at(failedMail::Port, row);
     const QString reason = kind.reasonColumn >= 0 ? list.at(kind.reasonColumn, row) : u"device recovered"_s;
     const EmailSetting setting = GetEmailSetting(list.at(kind.portIdColumn, row).toInt(), kind.name);
-    const QString subject = expand(setting.subject, device, port, reason);
-    const QString body = expand(setting.body, device, port, reason) + "\r\n"_L1;
+    const QString subject = ExpandTemplate(setting.subject, device, port, reason);
+    const QString body = ExpandTemplate(setting.body, device, port, reason) + "\r\n"_L1;
     if (useSmtp)
         QueMail(setting.address, subject, body, device, port);
     WriteLog(device + " port "_L1 + port + kind.logEnd, u"Email"_s, 0, 0);
@@ -81,6 +71,16 @@ Task<void> sendNotifications(ResultTable failed, ResultTable recovered)
 }
 
 } // namespace
+
+// Tokens are replaced one after the other over the whole text: a value that holds a later token is expanded, too.
+QString ExpandTemplate(const QString &mask, const QString &device, const QString &port, const QString &reason)
+{
+    QString text = mask;
+    text.replace("<DEVICE>"_L1, device);
+    text.replace("<PORT>"_L1, port);
+    text.replace("<REASON>"_L1, reason);
+    return text.replace("<DATE>"_L1, GeneralDate(Clock::now()));
+}
 
 ResultTable GetFailedEmailDevices()
 {

@@ -13,6 +13,9 @@ namespace recoveredMail {
 enum Column { Name, Port, PortId, Count };
 }
 
+/** A mail template with its tokens filled in: "<DEVICE>", "<PORT>", "<REASON>" and "<DATE>", the present time. */
+QString ExpandTemplate(const QString &mask, const QString &device, const QString &port, const QString &reason);
+
 /** Recipient and templates of one mail. */
 struct EmailSetting {
     QString address;

@@ -2,10 +2,12 @@
 
 #include "core/Clock.h"
 #include "core/MainWindow.h"
+#include "core/ProgramFolder.h"
 #include "core/Settings.h"
 #include "core/Trap.h"
 #include "platform/agent/SpeechTags.h"
 
+#include <QDir>
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
@@ -45,7 +47,8 @@ ResultTable missingSaying(const QString &saying)
     the written name for the balloon. */
 QString spokenItem(const ResultTable &changes, int row, const ChangeKind &kind)
 {
-    const QString &name = changes.at(0, row);
+    // A quote would end the mapped text, a bar would make alternatives of the announcement.
+    const QString name = QString(changes.at(0, row)).replace(u'"', u'\'').replace(u'|', u'/');
     QString spoken = dao::Value(changes.at(kind.pronounceColumn, row)).boolean() ? name.toLower() : name.toUpper();
     spoken.replace(u'.', "\\pau=50\\ dot \\pau=25\\"_L1);
     QString item = "\\map=\""_L1 + spoken + "\"=\""_L1 + name + "\"\\ port "_L1 + changes.at(1, row);
@@ -106,9 +109,34 @@ void ReplaceInText(ResultTable &lines, const QString &token, const QString &text
         lines.set(kText, row, QString(lines.at(kText, row)).replace(token, text));
 }
 
+ResultTable GreetingLines(const QString &character)
+{
+    // A character is chosen by its file's name, which is written small.
+    const QString name = character.left(1).toUpper() + character.mid(1);
+    ResultTable lines = MSAgentSpeak(u"MSAgentGreeting"_s);
+    ReplaceInText(lines, u"<CHARACTER>"_s, name);
+    return lines;
+}
+
+QString CharacterFolder() { return SharedDataFolder() + "/msagent/chars"_L1; }
+
+QStringList CharacterNames()
+{
+    // The pattern takes every case: such files were made where names had none.
+    const QFileInfoList files
+        = QDir(CharacterFolder()).entryInfoList({ u"*.acs"_s }, QDir::Files | QDir::Readable, QDir::Name | QDir::IgnoreCase);
+    QStringList names;
+    for (const QFileInfo &file : files)
+        names << file.completeBaseName();
+    return names;
+}
+
 QList<ResultTable> AnnouncementLines(const ResultTable &failedNow, const ResultTable &recoveredNow)
 {
     QList<ResultTable> announcement;
+    if (!GetSettingBool(u"MSAgent"_s, u"ShowCharacter"_s))
+        return announcement;
+    vbMain().window->setStatusText(u"Agent Announce..."_s);
     if (!ArrayHasBounds(failedNow) && !ArrayHasBounds(recoveredNow))
         return announcement;
     if (GetSettingBool(u"MSAgent"_s, u"AnnounceDate"_s))
@@ -131,12 +159,14 @@ void StatusBarAnnouncer::speakLines(const ResultTable &lines)
 
 void StatusBarAnnouncer::speak(const QString &saying) { speakLines(MSAgentSpeak(saying)); }
 
+void StatusBarAnnouncer::greet(const QString &character)
+{
+    Trap("MSAgentGreeting", [&] { speakLines(GreetingLines(character)); });
+}
+
 void StatusBarAnnouncer::AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow)
 {
     Trap("AnnounceDevices", [&] {
-        if (!GetSettingBool(u"MSAgent"_s, u"ShowCharacter"_s))
-            return;
-        vbMain().window->setStatusText(u"Agent Announce..."_s);
         ResultTable all(4);
         for (const ResultTable &lines : AnnouncementLines(failedNow, recoveredNow)) {
             for (int row = 0; row < lines.rows(); ++row)

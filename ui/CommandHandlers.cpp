@@ -6,7 +6,9 @@
 #include "ui/EventList.h"
 #include "ui/StatusList.h"
 
+#include "core/Announcer.h"
 #include "core/Settings.h"
+#include "core/vbMain.h"
 
 #include <QComboBox>
 #include <QMainWindow>
@@ -82,6 +84,12 @@ void CommandHandlers::restore()
     m_parts.window.activateWindow();
 }
 
+void CommandHandlers::toggleListening()
+{
+    Announcer *announcer = vbMain().announcer;
+    announcer->listen(!announcer->isListening());
+}
+
 // Editors
 
 void CommandHandlers::addGroup() { m_parts.editors->addGroup(m_editedTree); }
@@ -93,6 +101,8 @@ void CommandHandlers::addPort() { m_parts.editors->addPort(m_editedTree); }
 void CommandHandlers::portList() { m_parts.editors->portList(m_editedTree); }
 
 void CommandHandlers::about() { m_parts.editors->about(m_editedTree); }
+
+void CommandHandlers::options() { m_parts.editors->options(m_editedTree); }
 
 void CommandHandlers::nodeProperties()
 {

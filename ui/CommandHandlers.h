@@ -49,12 +49,14 @@ public:
     void addPort();
     void portList();
     void about();
+    void options();
     void nodeProperties();
     void nodeDetails();
     void rowProperties();
     void rowDetails();
 
     void restore();
+    void toggleListening();
 
     /** Disables (text "Disabled") or enables (any other text) a device with all its checks. */
     static void DisableDevice(const QString &key, const QString &text);

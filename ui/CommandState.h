@@ -7,6 +7,8 @@
 struct CommandState {
     bool monitoring = false;
     bool checking = false; // a cycle runs
+    bool canListen = false; // there is a character to talk to
+    bool listening = false;
     NodeLevel node = NodeLevel::None; // selected in the tree
     bool editors = false; // there are any
     bool nodeDisabled = false; // a device that is switched off

@@ -38,6 +38,8 @@ bool isOn(const State &s) { return s.monitoring; }
 bool isOff(const State &s) { return !s.monitoring; }
 bool canStart(const State &s) { return !s.monitoring && !s.checking; }
 bool canStop(const State &s) { return s.monitoring && !s.checking; }
+bool canListen(const State &s) { return s.canListen; }
+bool isListening(const State &s) { return s.listening; }
 bool isIdle(const State &s) { return !s.checking; }
 bool onGroup(const State &s) { return s.node == NodeLevel::Group; }
 bool onDevice(const State &s) { return s.node == NodeLevel::Device; }
@@ -115,6 +117,11 @@ const std::array kCommands {
     Command { "tbRefresh", "Refresh", nullptr, "refresh", "Read tree and list again from the database",
         &H::refresh },
 
+    Command { "mnuViewOptions", "&Options...", "Ctrl+,", "options", "Change the settings of the program", &H::options,
+        hasEditors, hasEditors },
+    Command { "tbOptions", "Options", nullptr, "options", "Change the settings of the program", &H::options,
+        hasEditors, hasEditors },
+
     Command { "mnuResetCounters", "&Reset Counters", nullptr, "reset", "Set all counters and states back",
         &H::resetCounters, isIdle },
     Command { "mnuToolsAdvancedClearEventLog", "Clear &Event Log", nullptr, "clear",
@@ -160,6 +167,11 @@ const std::array kCommands {
         "Edit the selected object", &H::rowProperties, rowEditableIdle, rowEditable, nullptr, Scope::List },
 
     Command { "mnuSysTrayRestore", "&Restore", nullptr, "restore", "Show the window", &H::restore },
+    Command { "mnuToolsListen", "&Listen", "[F9]", "listen",
+        "Say a command to the character; or hold F9 while you speak", &H::toggleListening, canListen, canListen,
+        isListening },
+    Command { "mnuSysTrayListen", "&Listen", nullptr, "listen", "Say a command to the character",
+        &H::toggleListening, canListen, canListen, isListening },
     Command { "mnuSysTrayExit", "E&xit", nullptr, "exit", "Close the program", &H::exit },
 };
 
@@ -179,8 +191,8 @@ const std::array kMenus {
     Menu { "mnuView", "&View",
         { "mnuViewStatus", "mnuViewEventViewer", "-", ">mnuListViewMode", "mnuViewExpandNodes",
             "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewHTML", "mnuViewLog", "-",
-            "mnuViewRefresh" } },
-    Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
+            "mnuViewRefresh", "-", "mnuViewOptions" } },
+    Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuToolsListen", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
     Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
     Menu { "mnuHelp", "&Help", { "mnuHelpAbout" } },
     Menu { "mnuListViewMode", "List View &Mode",
@@ -200,12 +212,12 @@ const std::array kMenus {
         { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails" } },
     Menu { "mnuSysTray", "Tray",
         { "mnuSysTrayRestore", "-", "mnuSysTrayMonitoringOn", "mnuSysTrayMonitoringOff", "-",
-            "mnuSysTrayExit" } },
+            "mnuSysTrayListen", "-", "mnuSysTrayExit" } },
 };
 
 constexpr const char *kMenuBar[]
     = { "mnuFile", "mnuEdit", "mnuMonitoring", "mnuView", "mnuTools", "mnuHelp" };
-constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh" };
+constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh", "-", "tbOptions" };
 
 const Menu &menuNamed(QByteArrayView name)
 {

@@ -51,4 +51,6 @@ public:
     /** The catalogue of known ports. */
     virtual void portList(EditedTree &tree) = 0;
     virtual void about(EditedTree &tree) = 0;
+    /** The settings of the program. */
+    virtual void options(EditedTree &tree) = 0;
 };

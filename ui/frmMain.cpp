@@ -16,6 +16,7 @@
 #include "ui/EventList.h"
 #include "ui/ImageList.h"
 #include "ui/Panes.h"
+#include "ui/PushToTalk.h"
 #include "ui/StatusBar.h"
 #include "ui/StatusList.h"
 #include "ui/TerminalEcho.h"
@@ -87,6 +88,7 @@ frmMain::frmMain(Editors *editors, TerminalEcho *echo)
     connectParts();
     setTabOrder(m_tree, m_views);
     setTabOrder(m_views, m_lists);
+    new PushToTalk(this);
     updateCommands();
 }
 
@@ -271,6 +273,10 @@ CommandState frmMain::commandState() const
     CommandState state;
     state.monitoring = m_monitoring != MonitoringState::Off;
     state.checking = m_monitoring == MonitoringState::Checking || m_cycle->checkInProgress();
+    if (const Announcer *announcer = vbMain().announcer) {
+        state.canListen = announcer->canListen();
+        state.listening = announcer->isListening();
+    }
     state.node = m_tree->currentLevel();
     state.nodeDisabled = state.node == NodeLevel::Device && m_tree->currentImage() == status::DeviceDisabled;
     state.editors = m_editors != nullptr;
@@ -292,8 +298,8 @@ void frmMain::updateCommands()
 {
     const CommandState state = commandState();
     m_commands->update(state);
-    // Nobody tells when the last step of a cycle is done.
-    if (state.checking)
+    // Nobody tells when the last step of a cycle is done, or when the character has heard enough.
+    if (state.checking || state.listening)
         m_recheck.start(kRecheckMs, this);
     else
         m_recheck.stop();
@@ -347,6 +353,26 @@ void frmMain::Load_EventLog() { m_events->Load_EventLog(); }
 Task<void> frmMain::Refresh_TreeView_Icons() { return m_tree->Refresh_TreeView_Icons(); }
 
 void frmMain::reselectNode() { m_tree->clickCurrent(); }
+
+void frmMain::carryOut(OperatorCommand command)
+{
+    switch (command) {
+    case OperatorCommand::Restore:
+        return m_handlers->restore();
+    case OperatorCommand::Minimize:
+        return showMinimized();
+    case OperatorCommand::ShowLog:
+        return m_handlers->viewLog();
+    case OperatorCommand::ShowHTML:
+        return m_handlers->viewHTML();
+    case OperatorCommand::MonitoringOn:
+        return m_handlers->monitoringOn();
+    case OperatorCommand::MonitoringOff:
+        return m_handlers->monitoringOff();
+    }
+}
+
+int frmMain::problemCount() const { return m_cycle->problemCount(); }
 
 // Closing
 

@@ -53,6 +53,8 @@ public:
     void Load_EventLog() override;
     Task<void> Refresh_TreeView_Icons() override;
     void reselectNode() override;
+    void carryOut(OperatorCommand command) override;
+    int problemCount() const override;
     void unload() override;
 
     DeviceTree &tree() { return *m_tree; }

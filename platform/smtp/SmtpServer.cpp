@@ -54,6 +54,19 @@ QString hostName(const QString &typed)
     return QString::fromLatin1(QUrl::toAce(typed));
 }
 
+constexpr int kMailPort = 25;
+constexpr int kSubmissionTlsPort = 465;
+
+QString encoded(const QString &text) { return QString::fromLatin1(QUrl::toPercentEncoding(text)); }
+
+QString loginText(const SmtpServer &server)
+{
+    if (!server.hasLogin())
+        return {};
+    const QString password = server.password.isEmpty() ? QString() : u':' + encoded(server.password);
+    return encoded(server.user) + password + u'@';
+}
+
 bool readPlace(const QString &place, SmtpServer &server)
 {
     static const QRegularExpression address(uR"(^\[([0-9A-Fa-f:.]+)\](?::(\d{1,5}))?$)"_s);
@@ -81,7 +94,6 @@ QByteArray SmtpServer::url(const QByteArray &ownName) const
 
 std::optional<SmtpServer> parseSmtpServer(const QString &element)
 {
-    constexpr int kSubmissionTlsPort = 465;
     const Parts parts = split(element);
     const bool secure = parts.scheme == "smtps"_L1;
     if (!secure && !parts.scheme.isEmpty() && parts.scheme != "smtp"_L1)
@@ -103,6 +115,31 @@ std::optional<SmtpServer> parseSmtpServer(const QString &element)
     if (!readPlace(parts.place, server))
         return {};
     return server;
+}
+
+QString smtpElement(const SmtpServer &server)
+{
+    QString place = server.host.contains(u':') ? u'[' + server.host + u']' : server.host;
+    if (server.port != (server.implicitTls ? kSubmissionTlsPort : kMailPort))
+        place += u':' + QString::number(server.port);
+    if (server.implicitTls)
+        return "smtps://"_L1 + loginText(server) + place;
+    if (server.hasLogin())
+        return "smtp://"_L1 + loginText(server) + place;
+    return server.mustEncrypt ? place + "?tls=required"_L1 : place;
+}
+
+QString withHiddenPassword(const QString &element)
+{
+    static const QRegularExpression scheme(u"^[A-Za-z]+://"_s);
+    const QString text = element.trimmed();
+    const qsizetype begin = scheme.match(text).capturedLength();
+    const qsizetype end = text.lastIndexOf(u'@');
+    const qsizetype colon = text.indexOf(u':', begin);
+    if (end < begin || colon < 0 || colon > end)
+        return text;
+    // As many dots for every password: its length is nobody's business either.
+    return text.left(colon + 1) + u"••••"_s + text.mid(end);
 }
 
 QString withoutLogin(const QString &element)

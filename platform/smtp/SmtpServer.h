@@ -22,5 +22,11 @@ struct SmtpServer {
     if wanted. In user and password %XX stands for one byte. Nothing when the text is no such element. */
 std::optional<SmtpServer> parseSmtpServer(const QString &element);
 
+/** The element that reads as this server: the shortest one that says all of it. */
+QString smtpElement(const SmtpServer &server);
+
+/** The element with dots in the place of its password, to be shown; also for one that does not read. */
+QString withHiddenPassword(const QString &element);
+
 /** The element without user and password, for status bar and log. */
 QString withoutLogin(const QString &element);

@@ -19,7 +19,7 @@ QStringList expectedImages()
     for (int i = 1; i <= 6; ++i)
         names += u"event%1"_s.arg(i);
     const char *tools[] = { "monitor", "stop", "refresh", "views", "options", "open", "saveas", "add",
-        "properties", "details", "delete", "disable", "expand", "collapse", "log", "html", "exit", "help",
+        "properties", "details", "delete", "disable", "expand", "collapse", "listen", "log", "html", "exit", "help",
         "view_large", "view_small", "view_list", "view_details", "restore", "clear", "reset" };
     for (const char *tool : tools)
         names += "tool_"_L1 + QLatin1StringView(tool);

@@ -33,6 +33,7 @@ public:
     void addPort(EditedTree &tree) override { opened << QStringLiteral("add port ") + tree.currentKey(); }
     void portList(EditedTree &) override { opened << QStringLiteral("port list"); }
     void about(EditedTree &) override { opened << QStringLiteral("about"); }
+    void options(EditedTree &) override { opened << QStringLiteral("options"); }
 };
 
 /** The real window on a real database; only boxes, announcer and time are the test's. */

@@ -35,6 +35,7 @@ Task<void> RecordingWindow::Refresh_TreeView_Icons()
     log << u"refresh tree"_s;
 }
 void RecordingWindow::reselectNode() { log << u"reselect"_s; }
+void RecordingWindow::carryOut(OperatorCommand command) { log << u"command %1"_s.arg(int(command)); }
 void RecordingWindow::unload()
 {
     log << u"unload"_s;

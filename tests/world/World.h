@@ -21,6 +21,7 @@ public:
     /** Status texts are many; off, they are not recorded. */
     bool recordStatus = true;
     std::function<void()> onUnload;
+    int problems = 0;
 
     void setStatusText(const QString &text) override;
     void setReadyText(const QString &text) override;
@@ -32,6 +33,8 @@ public:
     void Load_EventLog() override;
     Task<void> Refresh_TreeView_Icons() override;
     void reselectNode() override;
+    void carryOut(OperatorCommand command) override;
+    int problemCount() const override { return problems; }
     void unload() override;
 
     /** Takes the log and empties it. */
@@ -69,6 +72,7 @@ public:
     void LoadMSAgent() override { log << QStringLiteral("load"); }
     void speakLines(const ResultTable &lines) override;
     void speak(const QString &saying) override { log << QStringLiteral("speak ") + saying; }
+    void greet(const QString &character) override { log << QStringLiteral("greet ") + character; }
     void AnnounceDevices(const ResultTable &failedNow, const ResultTable &recoveredNow) override;
     void unloadCharacter() override { log << QStringLiteral("unload"); }
 };

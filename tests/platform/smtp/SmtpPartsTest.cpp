@@ -82,6 +82,9 @@ TEST(SmtpServer, ElementsOfTheList)
     for (const auto &row : rows) {
         EXPECT_EQ(shown(QString::fromUtf8(row.element)), QString::fromUtf8(row.url)) << row.element;
         EXPECT_EQ(withoutLogin(QString::fromUtf8(row.element)), QString::fromUtf8(row.withoutLogin)) << row.element;
+        if (const auto server = parseSmtpServer(QString::fromUtf8(row.element))) {
+            EXPECT_EQ(shown(smtpElement(*server)), QString::fromUtf8(row.url)) << "written again: " << row.element;
+        }
     }
 }
 
