@@ -50,6 +50,8 @@ public:
     const Animation *ofState(const QString &state) const;
     /** False when the state has no animation. */
     bool playState(const QString &state, Animator::Loop loop = Animator::Loop::Endless);
+    /** Goes on with what is held, such as sleeping, for one round; false when nothing such is held. */
+    bool goRound() { return m_animator.goRound(now()); }
     void comeBack() { m_animator.comeBack(now()); }
     bool isStill() const { return m_animator.isStill(now()); }
     bool isAtRest() const { return m_animator.isAtRest(now()); }

@@ -34,6 +34,15 @@ void Animator::play(const Animation &animation, qint64 now, Start start, Loop lo
     m_loop = loop;
 }
 
+bool Animator::goRound(qint64 now)
+{
+    if (!m_animation || !m_animation->loops() || isLooping() || !isStill(now))
+        return false;
+    // Both ends of the round show the same pose.
+    m_start = now - m_animation->loopFromMs();
+    return true;
+}
+
 void Animator::comeBack(qint64 now)
 {
     if (leadsToRest(now))

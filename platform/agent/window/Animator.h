@@ -17,6 +17,9 @@ public:
     explicit Animator(std::shared_ptr<const CharacterFile> file);
 
     void play(const Animation &animation, qint64 now, Start start = Start::Blend, Loop loop = Loop::Endless);
+    /** What would go on for ever but has been played once goes round once more; false when nothing such is
+     * held. */
+    bool goRound(qint64 now);
     /** Leads back to rest, by the animation made for that or straight; nothing to do when it is there
      * already. */
     void comeBack(qint64 now);

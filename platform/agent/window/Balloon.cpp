@@ -50,8 +50,8 @@ BalloonFormat BalloonFormat::ofStyle(int style)
     if (format.charactersPerLine != 0 && format.charactersPerLine < 8)
         throw Error(ErrorNumber::BadData, u"A balloon has between 8 and 255 characters per line."_s);
     if (format.lines > 128 || (format.lines != 0 && format.has(SizeToText)))
-        throw Error(ErrorNumber::BadData,
-            u"A balloon has between 1 and 128 lines, or the size of its text."_s);
+        throw Error(
+            ErrorNumber::BadData, u"A balloon has between 1 and 128 lines, or the size of its text."_s);
     return format;
 }
 

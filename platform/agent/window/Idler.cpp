@@ -56,6 +56,10 @@ void Idler::goOn()
         m_events.post([id = m_id](Control &control) { emit control.idleStarted(id); });
     }
     m_level = int(std::min<qint64>(kLevels, 1 + (now - m_since) / kLevelMs));
+    if (m_level == kLevels && m_actor.goRound()) { // who sleeps sleeps on
+        m_due = now + kPeriodMs;
+        return;
+    }
     if (!m_actor.isAtRest()) {
         m_actor.comeBack();
         m_due = now + 300;

@@ -30,6 +30,12 @@ TEST_F(Idle, GoesIdleAfterHalfAMinuteAndIsMoreAtEaseWithTime)
     const int before = pulse->beats();
     pulse->advance(60'000);
     EXPECT_LT(pulse->beats() - before, 60 * 5);
+    const QImage asleep = window()->picture();
+    EXPECT_NE(asleep, rest);
+    for (int second = 0; second < 30; ++second) {
+        pulse->advance(1'000);
+        EXPECT_NE(window()->picture(), rest); // it does not wake to fall asleep again
+    }
     EXPECT_TRUE(told().isEmpty());
 
     named(u"speak"_s, one().Speak(u"awake"_s));
