@@ -21,6 +21,14 @@
 
 using namespace Qt::StringLiterals;
 
+void CommandHandlers::fileNew() { m_files.announceNew(); }
+
+void CommandHandlers::fileOpen() { m_files.mnuFileOpen(); }
+
+void CommandHandlers::fileSaveAs() { m_files.mnuFileSaveAs(); }
+
+void CommandHandlers::compactDatabase() { m_files.mnuCompactDatabase(); }
+
 void CommandHandlers::exit() { m_parts.window.close(); }
 
 void CommandHandlers::monitoringOn() { m_parts.cycle.Monitor_Initialize(); }

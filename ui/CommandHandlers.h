@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/DatabaseFiles.h"
 #include "ui/NodeKeys.h"
 #include "ui/WindowTree.h"
 
@@ -12,8 +13,16 @@ public:
     explicit CommandHandlers(const WindowParts &parts)
         : m_parts(parts)
         , m_editedTree(parts)
+        , m_files(parts)
     {
     }
+
+    void fileNew();
+    void fileOpen();
+    void fileSaveAs();
+    void compactDatabase();
+    /** Whether a command that works on the database file has not ended yet. */
+    bool fileCommandRuns() const { return m_files.isBusy(); }
 
     void exit();
     void monitoringOn();
@@ -68,4 +77,5 @@ private:
     void showView(int index);
     WindowParts m_parts;
     WindowTree m_editedTree;
+    DatabaseFiles m_files;
 };

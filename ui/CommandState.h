@@ -9,6 +9,7 @@ struct CommandState {
     bool checking = false; // a cycle runs
     bool canListen = false; // there is a character to talk to
     bool listening = false;
+    bool fileCommand = false; // the database file is being exchanged
     NodeLevel node = NodeLevel::None; // selected in the tree
     bool editors = false; // there are any
     bool nodeDisabled = false; // a device that is switched off

@@ -41,6 +41,7 @@ bool canStop(const State &s) { return s.monitoring && !s.checking; }
 bool canListen(const State &s) { return s.canListen; }
 bool isListening(const State &s) { return s.listening; }
 bool isIdle(const State &s) { return !s.checking; }
+bool mayExchange(const State &s) { return !s.checking && !s.fileCommand; }
 bool onGroup(const State &s) { return s.node == NodeLevel::Group; }
 bool onDevice(const State &s) { return s.node == NodeLevel::Device; }
 bool onPort(const State &s) { return s.node == NodeLevel::Port; }
@@ -75,6 +76,13 @@ bool isMode(const State &s)
 using H = CommandHandlers;
 
 const std::array kCommands {
+    Command { "mnuFileNew", "&New", "Ctrl+N", "new", "Hear how a new database is made", &H::fileNew },
+    Command { "mnuFileOpen", "&Open...", "Ctrl+O", "open", "Open another database", &H::fileOpen, mayExchange },
+    Command { "mnuFileSaveAs", "Save &As...", "Ctrl+Shift+S", "saveas",
+        "Copy the database under another name and go on with the copy", &H::fileSaveAs, mayExchange },
+    Command { "tbOpen", "Open", nullptr, "open", "Open another database", &H::fileOpen, mayExchange },
+    Command { "tbSaveAs", "Save As", nullptr, "saveas",
+        "Copy the database under another name and go on with the copy", &H::fileSaveAs, mayExchange },
     Command { "mnuFilemnuExit", "E&xit", "Ctrl+Q", "exit", "Close the program", &H::exit },
 
     Command { "mnuMonitoringOn", "Monitoring &On", "Ctrl+M", "monitor", "Start checking the devices",
@@ -124,6 +132,8 @@ const std::array kCommands {
 
     Command { "mnuResetCounters", "&Reset Counters", nullptr, "reset", "Set all counters and states back",
         &H::resetCounters, isIdle },
+    Command { "mnuCompactDatabase", "&Compact Database...", nullptr, "compact",
+        "Make the database file as small as it can be", &H::compactDatabase, mayExchange },
     Command { "mnuToolsAdvancedClearEventLog", "Clear &Event Log", nullptr, "clear",
         "Delete all recorded events", &H::clearEventLog, isIdle },
     Command { "mnuToolsClearRegistry", "&Clear Registry", nullptr, nullptr, "Delete all settings",
@@ -186,7 +196,7 @@ struct Menu {
 };
 
 const std::array kMenus {
-    Menu { "mnuFile", "&File", { "mnuFilemnuExit" } },
+    Menu { "mnuFile", "&File", { "mnuFileNew", "mnuFileOpen", "mnuFileSaveAs", "-", "mnuFilemnuExit" } },
     Menu { "mnuEdit", "&Edit",
         { "mnutvAddGroup", "mnutvAddDevice", "mnutvAddPort", "-", "mnutvDisableDevice", "mnutvDeleteGroup",
             "mnutvDeleteDevice", "mnutvDeletePort", "-", "mnutvPortDetails", "mnutvProperties" } },
@@ -195,7 +205,8 @@ const std::array kMenus {
         { "mnuViewStatus", "mnuViewEventViewer", "-", ">mnuListViewMode", "mnuViewExpandNodes",
             "mnuViewCollapseNodes", "-", "mnuViewToolbar", "mnuViewStatusBar", "-", "mnuViewHTML", "mnuViewLog", "-",
             "mnuViewRefresh", "-", "mnuViewOptions" } },
-    Menu { "mnuTools", "&Tools", { "mnuPortList", "-", "mnuToolsListen", "-", "mnuResetCounters", ">mnuToolsAdvanced" } },
+    Menu { "mnuTools", "&Tools",
+        { "mnuPortList", "-", "mnuToolsListen", "-", "mnuResetCounters", "mnuCompactDatabase", ">mnuToolsAdvanced" } },
     Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
     Menu { "mnuHelp", "&Help", { "mnuHelpContentsIndex", "-", "mnuAboutKavroWebSite", "mnuHelpAbout" } },
     Menu { "mnuListViewMode", "List View &Mode",
@@ -220,7 +231,8 @@ const std::array kMenus {
 
 constexpr const char *kMenuBar[]
     = { "mnuFile", "mnuEdit", "mnuMonitoring", "mnuView", "mnuTools", "mnuHelp" };
-constexpr const char *kToolBar[] = { "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh", "-", "tbOptions" };
+constexpr const char *kToolBar[] = { "tbOpen", "tbSaveAs", "-", "tbMonitor", "tbStop", "-", "tbViews", "tbRefresh", "-",
+    "tbOptions" };
 
 const Menu &menuNamed(QByteArrayView name)
 {

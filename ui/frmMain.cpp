@@ -289,6 +289,7 @@ CommandState frmMain::commandState() const
         state.canListen = announcer->canListen();
         state.listening = announcer->isListening();
     }
+    state.fileCommand = m_handlers->fileCommandRuns();
     state.node = m_tree->currentLevel();
     state.nodeDisabled = state.node == NodeLevel::Device && m_tree->currentImage() == status::DeviceDisabled;
     state.editors = m_editors != nullptr;
@@ -310,8 +311,8 @@ void frmMain::updateCommands()
 {
     const CommandState state = commandState();
     m_commands->update(state);
-    // Nobody tells when the last step of a cycle is done, or when the character has heard enough.
-    if (state.checking || state.listening)
+    // Nobody tells when the last step of a cycle or of a file command is done, or the character has heard enough.
+    if (state.checking || state.fileCommand || state.listening)
         m_recheck.start(kRecheckMs, this);
     else
         m_recheck.stop();

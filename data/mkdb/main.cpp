@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -20,18 +19,6 @@ QString readText(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         throw VbError(53, path + u": "_s + file.errorString());
     return QString::fromUtf8(file.readAll());
-}
-
-QStringList readDefinitions(const QString &path)
-{
-    static const QRegularExpression comments(u"--[^\\n]*"_s);
-    static const QRegularExpression ends(u";\\s*(\\n|$)"_s);
-    QStringList definitions;
-    for (const QString &part : readText(path).remove(comments).split(ends, Qt::SkipEmptyParts)) {
-        if (!part.trimmed().isEmpty())
-            definitions.append(part.trimmed());
-    }
-    return definitions;
 }
 
 /** \n, \t and \\ in a cell. */
@@ -91,7 +78,7 @@ void make(const QString &schema, const QString &rows, const QString &target)
     const QString draft = target + u".draft"_s;
     QFile::remove(draft);
     try {
-        dao::CreateDatabase(draft, readDefinitions(schema));
+        dao::CreateDatabase(draft, dao::SplitDefinitions(readText(schema)));
         const auto db = dao::OpenDatabase(draft, true);
         for (const QString &file : QDir(rows).entryList({u"tbl*.tsv"_s}, QDir::Files, QDir::Name))
             loadTable(*db, rows + u'/' + file);

@@ -82,6 +82,7 @@ public:
     long RecordsAffected() const;
     QString Name() const;
     bool IsExclusive() const;
+    bool IsOpen() const;
     /** Writes what is pending, releases the file for others. Calls after it throw 3420. */
     void Close();
 
@@ -90,6 +91,7 @@ public:
 
 private:
     friend std::unique_ptr<Database> OpenDatabase(const QString &, bool);
+    friend class Backup;
     explicit Database(std::unique_ptr<DatabasePrivate> d);
     std::unique_ptr<DatabasePrivate> d;
 };
@@ -101,9 +103,40 @@ std::unique_ptr<Database> OpenDatabase(const QString &path, bool exclusive);
 /** Copies a closed database into a new file, dense and in key order. Throws 3196 / 3356 / 3704 / 3204 / 3024. */
 void CompactDatabase(const QString &from, const QString &to);
 
+/** Compacts a closed database by way of a temporary file (removed by the caller if it is a stale one). Whatever
+    happens, the path holds the old or the new file, complete. Throws as CompactDatabase. */
+void CompactInPlace(const QString &path, const QString &temporary);
+
+/** A copy of an open database, made piece by piece while the database stays in use: what is written meanwhile
+    through the same Database is in it. Nothing is left behind unless it is finished. */
+class Backup
+{
+public:
+    /** Throws 3204 for the database's own file, 3044, 3055. */
+    Backup(Database &from, const QString &to);
+    ~Backup();
+    Backup(const Backup &) = delete;
+    Backup &operator=(const Backup &) = delete;
+
+    /** Copies some more pages; true when the copy is complete. */
+    bool step(int pages);
+    /** Puts the copy under its name, in the place of a file that nobody has open (else 3356 / 3704). */
+    void finish();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+/** Whether the file is one of the former edition's own format, which an import turns into one of this layer. */
+bool IsJetFile(const QString &path);
+
 /** Makes a new database file from CREATE TABLE / CREATE INDEX statements in the declared types of this layer
     (see data/database/schema.sql). Throws 3204 when the file exists. For the build and the importer. */
 void CreateDatabase(const QString &path, const QStringList &definitions);
+
+/** The single statements of a text of definitions, without its "--" comments. */
+QStringList SplitDefinitions(const QString &text);
 
 /** Called before every Execute, OpenRecordset, Update, Delete and Requery; may throw. For fault sweeps in tests. */
 void SetAccessHook(std::function<void()> hook);

@@ -2,6 +2,7 @@
 
 #include "platform/dao/Convert.h"
 #include "platform/dao/Errors.h"
+#include "platform/dao/FileSteps.h"
 #include "platform/dao/RecordsetPrivate.h"
 #include "platform/dao/RowWriter.h"
 
@@ -80,6 +81,14 @@ std::vector<std::set<qint64>> collectDeletes(Session &session, const Plan &plan,
     return keys;
 }
 
+constexpr qsizetype kHeadLength = 20;
+
+bool isJetHead(const QByteArray &head)
+{
+    const QByteArray name = head.mid(4, 15);
+    return name == "Standard Jet DB" || name == "Standard ACE DB";
+}
+
 /** Throws unless the path names an SQLite file. */
 void checkFile(const QString &path)
 {
@@ -93,10 +102,10 @@ void checkFile(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         raise(3043);
-    const QByteArray head = file.read(20);
+    const QByteArray head = file.read(kHeadLength);
     if (head.startsWith(QByteArray("SQLite format 3", 16)))
         return;
-    if (head.mid(4, 15) == "Standard Jet DB") {
+    if (isJetHead(head)) {
         throw VbError(
             3343,
             errorText(3343, path)
@@ -104,6 +113,25 @@ void checkFile(const QString &path)
                   u"kavro-import."_s);
     }
     raise(3343, path);
+}
+
+/** Puts the draft in the place of a file that nobody has open. */
+void replaceUnused(files::Draft &draft, const QString &target)
+{
+    const QString old = files::resolved(target);
+    if (!QFileInfo::exists(old))
+        return draft.finish();
+    try {
+        // What its last user left in a log belongs into the old file for as long as there is one.
+        OpenDatabase(old, true)->Close();
+    } catch (const VbError &error) {
+        if (error.number() == 3356 || error.number() == 3704)
+            throw;
+        // Whatever else it is, it was to be overwritten.
+    }
+    const FileLock lock(old, true);
+    files::removeSideFiles(old);
+    draft.finishReplacing();
 }
 
 } // namespace
@@ -220,6 +248,8 @@ QString Database::Name() const { return d->session->path(); }
 
 bool Database::IsExclusive() const { return d->session->isExclusive(); }
 
+bool Database::IsOpen() const { return d->session->isOpen(); }
+
 void Database::Close()
 {
     operation(kSource, [&] {
@@ -234,12 +264,86 @@ void Database::CommitPending()
     d->session->commitPending();
 }
 
+bool IsJetFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && isJetHead(file.read(kHeadLength));
+}
+
 std::unique_ptr<Database> OpenDatabase(const QString &path, bool exclusive)
 {
     return operation(kWorkspace, [&] {
+        files::step("open", path);
         checkFile(path);
         auto session = std::make_shared<Session>(path, exclusive);
         return std::unique_ptr<Database>(new Database(std::make_unique<DatabasePrivate>(std::move(session))));
+    });
+}
+
+class Backup::Private
+{
+public:
+    Private(std::shared_ptr<Session> s, const QString &to)
+        : session(std::move(s))
+        , target(to)
+        , draft(to)
+        , connection(draft.path(), true)
+    {
+        // The draft is worth nothing before it is complete, and is then synced as a whole.
+        connection.run("PRAGMA journal_mode = OFF");
+        connection.run("PRAGMA synchronous = OFF");
+        handle = sqlite3_backup_init(connection.handle(), "main", session->handle(), "main");
+        if (!handle)
+            sqlite::raise(connection.handle(), sqlite3_errcode(connection.handle()));
+    }
+    ~Private() { sqlite3_backup_finish(handle); }
+
+    std::shared_ptr<Session> session;
+    QString target;
+    files::Draft draft;
+    sqlite::Connection connection;
+    sqlite3_backup *handle = nullptr;
+};
+
+Backup::Backup(Database &from, const QString &to)
+{
+    operation(kWorkspace, [&] {
+        const QFileInfo info(to);
+        if (to.isEmpty() || info.isDir())
+            raise(3055);
+        if (!info.dir().exists())
+            raise(3044, to);
+        if (files::isSame(from.Name(), to))
+            raise(3204);
+        from.d->session->requireUsable();
+        files::step("backup", to);
+        d = std::make_unique<Private>(from.d->session, to);
+    });
+}
+
+Backup::~Backup() = default;
+
+bool Backup::step(int pages)
+{
+    return operation(kWorkspace, [&] {
+        d->session->requireUsable();
+        // A backup cannot read past what its own connection has not committed.
+        d->session->commitPending();
+        const int code = sqlite3_backup_step(d->handle, pages);
+        if (code != SQLITE_OK && code != SQLITE_DONE)
+            sqlite::raise(d->connection.handle(), code);
+        return code == SQLITE_DONE;
+    });
+}
+
+void Backup::finish()
+{
+    operation(kWorkspace, [&] {
+        const int code = sqlite3_backup_finish(std::exchange(d->handle, nullptr));
+        if (code != SQLITE_OK)
+            sqlite::raise(d->connection.handle(), code);
+        d->connection.close();
+        replaceUnused(d->draft, d->target);
     });
 }
 

@@ -2,13 +2,13 @@
 
 #include "platform/dao/Errors.h"
 #include "platform/dao/FileLock.h"
+#include "platform/dao/FileSteps.h"
 #include "platform/dao/Schema.h"
 #include "platform/dao/Sqlite.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -17,37 +17,6 @@ namespace dao {
 namespace {
 
 const QString kSource = u"DAO.Workspace"_s;
-
-/** A file under construction: gone again unless it was finished. */
-class Draft
-{
-public:
-    explicit Draft(const QString &target)
-        : m_target(target)
-        , m_path(u"%1.%2.new"_s.arg(target).arg(QCoreApplication::applicationPid()))
-    {
-        removeFiles();
-    }
-    ~Draft() { removeFiles(); }
-    Draft(const Draft &) = delete;
-    Draft &operator=(const Draft &) = delete;
-
-    const QString &path() const { return m_path; }
-    void finish()
-    {
-        if (!QFile::rename(m_path, m_target))
-            raise(3043);
-    }
-
-private:
-    void removeFiles()
-    {
-        for (const QString &suffix : {QString(), u"-journal"_s, u"-wal"_s, u"-shm"_s})
-            QFile::remove(m_path + suffix);
-    }
-    QString m_target;
-    QString m_path;
-};
 
 void requireNewFile(const QString &path)
 {
@@ -82,21 +51,62 @@ void copyInto(const QString &from, const QString &to)
     }
 }
 
+/** Opening it exclusively checks path, format and whether anybody else has it open; closing brings everything
+    into the one file. */
+void settle(const QString &path) { OpenDatabase(path, true)->Close(); }
+
+void compactLocked(const QString &from, const QString &to)
+{
+    files::Draft draft(to);
+    files::step("compact", from);
+    copyInto(from, draft.path());
+    draft.finish();
+}
+
+/** A log that could not be brought into the file would belong to whatever takes the file's name next. */
+void requireNoLog(const QString &path)
+{
+    if (QFileInfo(files::resolved(path) + u"-wal"_s).size() > 0)
+        raise(3043);
+}
+
+void removeQuietly(const QString &path)
+{
+    try {
+        files::removeDatabase(path);
+    } catch (const VbError &) {
+        // The next attempt removes it; the error that led here is the one to tell.
+    }
+}
+
 } // namespace
 
 void CompactDatabase(const QString &from, const QString &to)
 {
     operation(kSource, [&] {
-        const QFileInfo info(from);
-        if (info.exists() && info == QFileInfo(to))
+        if (files::isSame(from, to))
             raise(3204);
         requireNewFile(to);
-        // Opening it exclusively checks path, format and whether anybody else has it open.
-        OpenDatabase(from, true)->Close();
+        settle(from);
         const FileLock lock(from, true);
-        Draft draft(to);
-        copyInto(from, draft.path());
-        draft.finish();
+        compactLocked(from, to);
+    });
+}
+
+void CompactInPlace(const QString &path, const QString &temporary)
+{
+    operation(kSource, [&] {
+        settle(path);
+        // Held to the end: what somebody else wrote in between would be lost.
+        const FileLock lock(path, true);
+        compactLocked(path, temporary);
+        try {
+            requireNoLog(path);
+            files::moveOver(temporary, path);
+        } catch (...) {
+            removeQuietly(temporary);
+            throw;
+        }
     });
 }
 
@@ -104,7 +114,7 @@ void CreateDatabase(const QString &path, const QStringList &definitions)
 {
     operation(kSource, [&] {
         requireNewFile(path);
-        Draft draft(path);
+        files::Draft draft(path);
         {
             sqlite::Connection connection(draft.path(), true);
             connection.run("PRAGMA journal_mode = MEMORY");
@@ -115,6 +125,18 @@ void CreateDatabase(const QString &path, const QStringList &definitions)
         }
         draft.finish();
     });
+}
+
+QStringList SplitDefinitions(const QString &text)
+{
+    static const QRegularExpression comments(u"--[^\\n]*"_s);
+    static const QRegularExpression ends(u";\\s*(\\n|$)"_s);
+    QStringList definitions;
+    for (const QString &part : QString(text).remove(comments).split(ends, Qt::SkipEmptyParts)) {
+        if (!part.trimmed().isEmpty())
+            definitions.append(part.trimmed());
+    }
+    return definitions;
 }
 
 } // namespace dao

@@ -29,6 +29,8 @@ public:
     const QString &path() const { return m_path; }
     bool isExclusive() const { return m_exclusive; }
     bool isOpen() const { return m_connection != nullptr; }
+    /** The open connection, for a backup. */
+    sqlite3 *handle() const { return m_connection->handle(); }
     /** Throws 3420 after close(), and what the last commit on a timer failed with. */
     void requireUsable();
     void close();

@@ -12,6 +12,13 @@ namespace desktop {
 
 namespace {
 
+/** "mdb" of "mdb (*.mdb)|*.mdb": what a name typed without any gets when a file is written. */
+QString suffix(const QString &filter)
+{
+    const QString pattern = filter.section(u'|', 1, 1).section(u';', 0, 0);
+    return pattern.startsWith(u"*.") && !pattern.endsWith(u'*') ? pattern.mid(2) : QString();
+}
+
 QString pick(QWidget *parent, const FileQuestion &question, QFileDialog::AcceptMode mode)
 {
     // Watched like the message box: the parent may go while the dialog is open.
@@ -21,6 +28,7 @@ QString pick(QWidget *parent, const FileQuestion &question, QFileDialog::AcceptM
     // The program has its own words for a missing file and its own question before overwriting.
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setOption(QFileDialog::DontConfirmOverwrite);
+    dialog->setDefaultSuffix(suffix(question.filter));
     dialog->selectFile(question.name);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     const QString file = dialog && accepted ? dialog->selectedFiles().value(0) : QString();

@@ -20,7 +20,8 @@ QStringList expectedImages()
         names += u"event%1"_s.arg(i);
     const char *tools[] = { "monitor", "stop", "refresh", "views", "options", "open", "saveas", "add",
         "properties", "details", "delete", "disable", "expand", "collapse", "listen", "log", "html", "exit", "help",
-        "view_large", "view_small", "view_list", "view_details", "restore", "clear", "reset" };
+        "view_large", "view_small", "view_list", "view_details", "restore", "clear", "reset",
+        "new", "compact" };
     for (const char *tool : tools)
         names += "tool_"_L1 + QLatin1StringView(tool);
     return names;

@@ -386,6 +386,10 @@ TEST_F(CommandsTest, OnlyWhatCanBeDoneIsOffered)
              State { MonitoringState::Checking, u"mnuMonitoringOff mnuSysTrayMonitoringOff" } }) {
         window->setMonitoringState(row.state);
         EXPECT_EQ(enabled(monitoring).join(u' '), QString::fromUtf16(row.enabled));
+        const bool checking = row.state == MonitoringState::Checking;
+        const QStringList exchanging { u"mnuFileOpen"_s, u"mnuFileSaveAs"_s, u"tbOpen"_s, u"tbSaveAs"_s,
+            u"mnuCompactDatabase"_s };
+        EXPECT_EQ(enabled(exchanging).size(), checking ? 0 : 5) << "a cycle works on one database from its start to its end";
     }
     const QStringList objects { u"mnutvAddGroup"_s, u"mnutvAddDevice"_s, u"mnutvAddPort"_s, u"mnutvDeleteGroup"_s,
         u"mnutvDeleteDevice"_s, u"mnutvDeletePort"_s,
