@@ -35,6 +35,31 @@ void selectAll(QWidget &box)
         text->selectAll();
 }
 
+QString wholeCharacters(const QString &text)
+{
+    QString whole;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool pair = text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (pair)
+            whole += text.at(i++);
+        if (pair || !text.at(i).isSurrogate())
+            whole += text.at(i);
+    }
+    return whole;
+}
+
+/** A full box cuts a character of two code units in half; the half cannot be stored and would come back as
+    another text. */
+void dropHalves(QLineEdit &box)
+{
+    const QString whole = wholeCharacters(box.text());
+    if (whole == box.text())
+        return;
+    const int cursor = box.cursorPosition();
+    box.setText(whole);
+    box.setCursorPosition(cursor);
+}
+
 } // namespace
 
 EditorForm::EditorForm(QWidget *parent, const char *name, const QString &caption, const QIcon &picture)
@@ -78,6 +103,7 @@ QLineEdit *EditorForm::lineBox(const char *array, int index, const QString &role
 {
     auto *box = named(new QLineEdit(this), array, index, role);
     box->setMaxLength(maxLength);
+    connect(box, &QLineEdit::textChanged, box, [box] { dropHalves(*box); });
     box->installEventFilter(this);
     return box;
 }

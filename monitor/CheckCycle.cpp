@@ -55,6 +55,12 @@ void CheckCycle::unloadControls()
     m_ports.unloadControls();
 }
 
+void CheckCycle::abandon()
+{
+    m_checkInProgress = false;
+    m_minuteTimer.setEnabled(false);
+}
+
 void CheckCycle::Monitor_Initialize()
 {
     Trap("Monitor_Initialize", [this] {
@@ -112,6 +118,7 @@ Task<void> CheckCycle::tick()
         co_await Monitor_Devices();
         if (!vbMain().monitoring)
             co_return;
+        m_minuteTimer.setInterval(kMinute); // switching off and on meanwhile has asked for an early tick
         m_minuteTimer.setEnabled(true);
         startCountdown();
     }

@@ -20,6 +20,9 @@ public:
     void loadControls();
     /** The unload handler's part: cancels a running cycle and unloads the dynamically created elements. */
     void unloadControls();
+    /** The same for the program's end after an error, which a procedure of the cycle may be reporting right now: it
+        cannot be destroyed while it runs, and is left to the end of the process. */
+    void abandon();
 
     /** Switches monitoring on; without any defined check it stays off and the announcer says why. */
     void Monitor_Initialize();

@@ -116,6 +116,7 @@ void DeviceTree::Load_TreeView()
         clear();
         m_nodes.clear();
         m_toExpand.clear();
+        m_widest = 0;
         fill(expandOnFailure);
         restore(memory);
         setUpdatesEnabled(true);
@@ -439,6 +440,14 @@ void DeviceTree::resizeEvent(QResizeEvent *event)
     // A short list of short names still fills the pane, so that the selection does.
     header()->setMinimumSectionSize(viewport()->width());
     QTreeWidget::resizeEvent(event);
+}
+
+/** Never less than before: a scroll bar that comes because of a wide row at the bottom covers that row, and would go
+   and come again for ever. */
+int DeviceTree::sizeHintForColumn(int column) const
+{
+    m_widest = std::max(m_widest, QTreeWidget::sizeHintForColumn(column));
+    return m_widest;
 }
 
 void DeviceTree::mousePressEvent(QMouseEvent *event)

@@ -53,6 +53,7 @@ signals:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    int sizeHintForColumn(int column) const override;
 
 private:
     class Node;
@@ -92,6 +93,7 @@ private:
 
     QHash<NodeId, Node *> m_nodes;
     QList<Node *> m_toExpand;
+    mutable int m_widest = 0; // row that was in view since the last load, in pixels
     quint64 m_generation = 0;
     bool m_loading = false;
     bool m_clickedByPress = false;

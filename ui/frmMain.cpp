@@ -448,6 +448,7 @@ void frmMain::unload()
 {
     if (std::exchange(m_unloaded, true))
         return;
+    m_afterError = true;
     for (const UnloadStep step : kUnloadSteps) {
         try {
             (this->*step)();
@@ -476,7 +477,13 @@ void frmMain::unloadCharacter()
         vbMain().announcer->unloadCharacter();
 }
 
-void frmMain::unloadControls() { m_cycle->unloadControls(); }
+void frmMain::unloadControls()
+{
+    if (m_afterError)
+        m_cycle->abandon();
+    else
+        m_cycle->unloadControls();
+}
 
 void frmMain::removeTrayIcon() { m_tray->Hide(); }
 

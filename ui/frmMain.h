@@ -124,4 +124,5 @@ private:
     MonitoringState m_monitoring = MonitoringState::Off;
     bool m_asking = false;
     bool m_unloaded = false;
+    bool m_afterError = false;
 };

@@ -159,6 +159,46 @@ TEST_F(AddDeviceTest, TheIntroductionIsSkippedOnWish)
     EXPECT_TRUE(again.named<QCheckBox>(u"chkShowIntro"_s).isChecked());
 }
 
+TEST_F(AddDeviceTest, AddressesAreJudgedPartByPart)
+{
+    for (const QString &good : { u"1.2.3.4"_s, u"0.0.0.0"_s, u"255.255.255.255"_s, u" 1.2 .+3.1e2"_s })
+        EXPECT_TRUE(IsIPAddressText(good)) << good.toStdString();
+    for (const QString &bad : { u""_s, u"1.2.3"_s, u"1.2.3.4.5"_s, u"1.2.3.256"_s, u"1.2.3.-1"_s, u"1.2.3.a"_s, u"1.2.3."_s,
+             u"1.2.3.1e400"_s })
+        EXPECT_FALSE(IsIPAddressText(bad)) << bad.toStdString();
+}
+
+TEST_F(AddDeviceTest, AliasAndDescriptionTakeAnApostrophe)
+{
+    SaveSetting(u"Startup"_s, u"ShowIntro"_s, u"1"_s);
+    frmAddDevice wizard(recorded);
+    show(wizard);
+    Driver form(wizard);
+    form.type("txtIPRange", 0, u"printer"_s);
+    pressNext(form);
+    form.type("txtIPRange", 1, u"boss's printer"_s);
+    form.type("txtIPRange", 2, u"it's slow"_s);
+    pressNext(form, 2);
+    EXPECT_EQ(world.rows(u"Select Device_Alias, Device_Desc FROM tblDevices WHERE Device_ID = 3"_s),
+        QStringList(u"boss's printer|it's slow"_s));
+    EXPECT_EQ(recorded.log,
+        QStringList({ u"add Group:1 > 3:printer | boss's printer | 2"_s, u"select 3:printer"_s, u"refresh"_s }));
+}
+
+TEST_F(AddDeviceTest, AnErrorWhileAddingEndsTheProgram)
+{
+    frmAddDevice wizard(recorded);
+    Driver form(wizard);
+    form.command(kNext).click();
+    form.type("txtIPRange", 0, u"printer"_s);
+    form.command(kNext).click();
+    form.command(kNext).click();
+    failAccess(1); // the row is looked for, then written
+    expectEnd(u"Device_Add"_s, [&] { form.command(kNext).click(); });
+    reopen();
+    EXPECT_EQ(names().size(), 2);
+}
+
 TEST_F(AddDeviceTest, AnApostropheBreaksTheQuestionForTheName)
 {
     frmAddDevice wizard(recorded);

@@ -115,6 +115,19 @@ TEST_F(AddPortTest, NothingTickedChangesNothing)
     EXPECT_EQ(world.rows(u"Select Port_ID FROM tblPortStatus"_s).size(), 3);
 }
 
+TEST_F(AddPortTest, ACheckOfPortZeroCountsAsThePing)
+{
+    const int zero = world.addCheck(net.plain, u"0"_s);
+    frmAddPort wizard(recorded, { { net.plain, u"plain.example"_s } });
+    show(wizard);
+    Driver form(wizard);
+    form.press(kNext);
+    EXPECT_EQ(offered(form).first(), u"*Ping | Echo request"_s);
+    form.press(kNext);
+    form.press(kNext);
+    EXPECT_EQ(checks(net.plain), QStringList(u"%1|0|Port|test check|True"_s.arg(zero))) << "left alone";
+}
+
 TEST_F(AddPortTest, PingAndPortsThatLeftTheCatalogueMeanwhile)
 {
     frmAddPort wizard(recorded, { { net.plain, u"plain.example"_s } });

@@ -2,6 +2,8 @@
 #include "editors/frmModifyGroup.h"
 #include "tests/editors/EditorWorld.h"
 
+#include <QClipboard>
+
 using namespace Qt::StringLiterals;
 
 class GroupTest : public EditorWorld
@@ -71,6 +73,18 @@ TEST_F(GroupTest, PropertiesMayGiveTwoGroupsOneLabel)
         QTest::keyClick(&form.form(), Qt::Key_Escape);
     } });
     EXPECT_EQ(groups().first(), u"1|Empty||14"_s);
+}
+
+TEST_F(GroupTest, NoHalfOfACharacterIsStored)
+{
+    frmGroupAdd add(recorded);
+    show(add);
+    Driver form(add);
+    QApplication::clipboard()->setText(QString(254, u'w') + u"\U0001F5A5"_s);
+    QTest::keyClick(&form.at("txtArray", 0), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(form.text("txtArray", 0), QString(254, u'w'));
+    form.press(0);
+    EXPECT_EQ(world.rows(u"Select Group_Label FROM tblGroup"_s).last(), QString(254, u'w'));
 }
 
 TEST_F(GroupTest, AnApostropheBreaksTheStatements)

@@ -98,6 +98,19 @@ TEST(CheckCycle, OneWholeCycleInOrder)
                               + " failed because connection refused.\n"_L1));
 }
 
+TEST(CheckCycle, SwitchedOffAndOnWithinACycleItCountsMinutesAllTheSame)
+{
+    CycleWorld world;
+    world.cycle.Monitor_Initialize();
+    ASSERT_TRUE(world.time.runUntil([&] { return world.cycle.checkInProgress(); }));
+    world.cycle.Monitor_Stop();
+    world.cycle.Monitor_Initialize();
+    world.runCycle();
+    const qint64 end = world.time.now();
+    ASSERT_TRUE(world.time.runUntil([&] { return world.cycle.checkInProgress(); }));
+    EXPECT_GE(world.time.now() - end, 5 * 60000);
+}
+
 TEST(CheckCycle, FailureIsReportedOnceAndItsRecoveryOnce)
 {
     CycleWorld world;

@@ -4,6 +4,7 @@
 #include "ui/EventListModel.h"
 
 #include <QLabel>
+#include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
 
@@ -150,6 +151,46 @@ TEST_F(Views, ReloadKeepsSelectionAndExpansion)
     world.sql(u"DELETE * FROM tblPortMain WHERE Port_Num = '80'"_s);
     trigger("mnuViewRefresh");
     EXPECT_EQ(tree().currentKey(), net.deviceKey) << "a node that is gone hands over to its parent";
+}
+
+namespace {
+/** Counts how often a viewport is resized, and ends it when it does not end by itself. */
+class ResizeCounter : public QObject
+{
+public:
+    explicit ResizeCounter(QAbstractScrollArea &view)
+        : m_view(view)
+    {
+        view.viewport()->installEventFilter(this);
+    }
+    int count = 0;
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Resize && ++count > 200)
+            m_view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        return false;
+    }
+
+private:
+    QAbstractScrollArea &m_view;
+};
+} // namespace
+
+TEST_F(Views, AWideRowAtTheBottomDoesNotMakeTheScrollBarComeAndGo)
+{
+    for (int i = 10; i < 60; ++i)
+        world.addGroup(i == 40 ? u"group 40"_s + QString(200, u'w') : u"group %1"_s.arg(i));
+    open();
+    ResizeCounter resizes(tree());
+    for (int top = 0; top < 30; ++top) {
+        window->tree().verticalScrollBar()->setValue(top);
+        for (int height = 400; height < 440; height += 3) {
+            resizes.count = 0;
+            window->resize(500, height);
+            QCoreApplication::processEvents();
+            ASSERT_LE(resizes.count, 20) << height << " from row " << top;
+        }
+    }
 }
 
 TEST_F(Views, ADeviceNamedLikeItsOwnPortIsNoTrouble)

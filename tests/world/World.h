@@ -48,6 +48,7 @@ public:
     ~ScriptedDialogs() override;
     void expect(const QString &textPart, Answer answer = AnswerOk);
     void expectNothingMore() { m_expected.clear(); }
+    bool nothingPending() const { return m_expected.empty(); }
     Answer messageBox(const QString &text, const QString &caption, Icon icon, Buttons buttons) override;
     bool shellOpen(const QString &target) override;
     bool hasProgramFor(const QString &) override { return hasProgram; }
