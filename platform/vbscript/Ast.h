@@ -117,6 +117,7 @@ struct ClassAst
 struct Unit
 {
     bool optionExplicit = false;
+    bool runsTexts = false; // uses Execute or ExecuteGlobal: names may become procedures while it runs
     ProcedureAst main; // the global statements
     std::vector<ProcedureAst *> procedures;
     std::vector<ClassAst *> classes;
@@ -128,9 +129,9 @@ struct Unit
     std::deque<ClassAst> classStore;
 };
 
-/** Parses a script text. Throws ScriptError (compile) with line and column. */
-std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols);
+/** Parses a script text; inside a class its global statements may use Me. Throws ScriptError (compile) with line and column. */
+std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, bool insideClass = false);
 /** Parses one expression (Eval). */
-std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols);
+std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, bool insideClass = false);
 
 }

@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -66,10 +67,14 @@ std::optional<double> parsePlain(QStringView text, QStringView decimal, QStringV
             return std::nullopt;
         }
     }
-    bool ok = false;
-    const double number = latin.toDouble(&ok);
-    const bool hasDigit = std::any_of(latin.begin(), latin.end(), [](char c) { return c >= '0' && c <= '9'; });
-    return ok && hasDigit && std::isfinite(number) ? std::optional(number) : std::nullopt;
+    double number = 0;
+    const auto end = latin.constData() + latin.size();
+    const auto [stop, error] = std::from_chars(latin.constData(), end, number);
+    if (latin.isEmpty() || stop != end || error == std::errc::invalid_argument)
+        return std::nullopt;
+    if (error == std::errc::result_out_of_range)
+        return latin.contains("e-") ? 0.0 : std::numeric_limits<double>::infinity();
+    return number;
 }
 
 }
@@ -182,8 +187,11 @@ Number toNumber(ScriptHost &host, const Value &original)
     case Type::Single: case Type::Double: case Type::Date: return { value.type(), 0, value.realPart() };
     case Type::Null: throw ScriptError(err::kInvalidNull);
     case Type::String: {
-        if (const std::optional<double> number = parseNumber(value.view(), host.locale()))
+        if (const std::optional<double> number = parseNumber(value.view(), host.locale())) {
+            if (!std::isfinite(*number))
+                throw ScriptError(err::kOverflow);
             return { Type::Double, 0, *number };
+        }
         throw ScriptError(err::kTypeMismatch, quotedCulprit(value));
     }
     case Type::Object: return toNumber(host, host.plain(value));

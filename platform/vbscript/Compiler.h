@@ -27,6 +27,7 @@ struct CompileScope
     ClassDefinition *owner = nullptr; // inside a class
     const Code *outer = nullptr;      // Execute, Eval: the procedure that they stand in
     bool optionExplicit = false;
+    bool runsTexts = false;           // the text uses Execute or ExecuteGlobal
     std::function<bool(Symbol *)> isExtra = {}; // names that Execute has brought into the procedure before
 };
 

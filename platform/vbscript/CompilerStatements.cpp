@@ -8,11 +8,13 @@ namespace vbs {
 
 void Compiler::block(const Block &body)
 {
+    ++m_depth;
     for (const Stmt *stmt : body) {
         mark(stmt->line, stmt->column);
         statement(stmt);
         m_temporary = 0;
     }
+    --m_depth;
 }
 
 void Compiler::statement(const Stmt *stmt)
@@ -56,6 +58,7 @@ void Compiler::letName(const Expr *target, const Expr *value, bool isSet)
         return putMember(nullptr, target->name, {}, value, isSet);
     if (binding.kind != Binding::Variable && binding.kind != Binding::OwnResult)
         return raise(err::kIllegalAssignment, target->name);
+    declareImplicit(binding, target->name);
     if (!isSet && append(binding.operand, target, value))
         return;
     const bool computed = value->kind == ExprKind::Binary || (value->kind == ExprKind::Unary);
@@ -263,8 +266,10 @@ void Compiler::selectStatement(const Stmt *stmt)
 Operand Compiler::loopVariable(const Expr *target)
 {
     const Binding binding = bind(target->name);
-    if (binding.kind == Binding::Variable || binding.kind == Binding::OwnResult)
+    if (binding.kind == Binding::Variable || binding.kind == Binding::OwnResult) {
+        declareImplicit(binding, target->name);
         return binding.operand;
+    }
     raise(err::kIllegalAssignment, target->name);
     return newLocal();
 }
@@ -378,6 +383,7 @@ void Compiler::declareByReDim(Symbol *name)
         return;
     if (m_code->isGlobal) {
         m_scope.globals->globalSlot(name);
+        name->kind = GlobalKind::Variable;
         name->declared = true;
     } else if (m_scope.outer) {
         capture(name, place::kNone);
@@ -395,6 +401,7 @@ void Compiler::reDimStatement(const Stmt *stmt)
             raise(err::kIllegalAssignment, declaration.name);
             continue;
         }
+        declareImplicit(binding, declaration.name);
         const Operand first = arguments(declaration.bounds, false);
         issue({ .op = Op::ReDim, .n = quint8(declaration.bounds.size()), .a = binding.operand, .b = first,
             .d = stmt->preserve });

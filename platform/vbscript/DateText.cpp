@@ -285,7 +285,10 @@ std::optional<double> parseDate(const QString &text, const QLocale &locale)
 
 QString shortDateText(const QDate &date, const QLocale &locale)
 {
-    return locale.toString(date, shortDateFormat(locale));
+    QString format = shortDateFormat(locale);
+    if (date.year() < 1000)
+        format.replace(u"yyyy"_s, u'\'' + QString::number(date.year()) + u'\''); // without leading zeros
+    return locale.toString(date, format);
 }
 
 QString longDateText(const QDate &date, const QLocale &locale)

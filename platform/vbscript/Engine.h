@@ -96,6 +96,7 @@ private:
     std::shared_ptr<Procedure> makeProcedure(const std::shared_ptr<Unit> &unit, ProcedureAst *ast,
         ClassDefinition *owner);
     void changeKind(Symbol *name, GlobalKind kind, QSet<Symbol *> &changed);
+    void rebindLocals(Frame &frame, const QSet<Symbol *> &changed);
     void invalidate(const QSet<Symbol *> &changed);
     void compile(Procedure &procedure);
     void clearGlobals();
@@ -132,6 +133,7 @@ private:
     void isOperator(const Instruction &i);
     bool callIntrinsic(const Instruction &i);
     bool callProcedureByName(const Instruction &i);
+    bool readImplicit(const Instruction &i);
     bool callValue(const Instruction &i);
     bool callValueOf(const Value &callee, Value *arguments, int count, Operand target, Operand culprit,
         Operand firstArgument);
@@ -157,6 +159,7 @@ private:
     CompileScope scopeOf(const Frame &frame) const;
     Frame &pushText(const CodePointer &code, Frame &from, Operand target);
     void checkDefined(const Instruction &i);
+    void declareGlobal(const Instruction &i);
     Value &extraLocal(Frame &scopeFrame, Symbol *name);
     QString operandName(Operand operand) const;
     void randomize(const Instruction &i);

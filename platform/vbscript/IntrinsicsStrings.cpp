@@ -298,10 +298,10 @@ Value space(Engine &engine, Args &args) { return repeated(engine, lengthArgument
 
 Value string(Engine &engine, Args &args)
 {
-    const int count = lengthArgument(args, 0);
     const Value what = engine.plain(args[1]);
-    if (what.is(Type::Null))
-        return what;
+    if (isNull(args, 0) || what.is(Type::Null))
+        return Value::null();
+    const int count = lengthArgument(args, 0);
     if (!what.is(Type::String))
         return repeated(engine, count, QChar(char16_t(toLong(engine, what) & 0xff)));
     if (what.view().isEmpty())

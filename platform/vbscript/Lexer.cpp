@@ -181,8 +181,7 @@ void Lexer::readWord()
     const QStringView word = m_text.mid(m_pos, length);
     const Tok kind = wordKind(word.toString().toCaseFolded());
     const bool isMember = !m_tokens.empty() && m_tokens.back().kind == Tok::Dot;
-    if (kind == Tok::Rem && startsStatement() && (isBlank(at(length)) || m_pos + length >= m_text.size()
-            || at(length) == u'\r' || at(length) == u'\n'))
+    if (kind == Tok::Rem && startsStatement())
         return skipToLineEnd();
     Token &token = begin(isMember ? Tok::Name : kind);
     token.name = m_symbols.intern(word);
@@ -215,7 +214,14 @@ void Lexer::readNumber()
         ++length;
         digits();
     }
-    if (at(length).toLower() == u'e') {
+    // A keyword may follow without a blank: `1To`, `2Else`.
+    const auto atKeyword = [&] {
+        qsizetype end = length;
+        while (isNamePart(at(end)))
+            ++end;
+        return wordKind(m_text.mid(m_pos + length, end - length).toString().toCaseFolded()) != Tok::Name;
+    };
+    if (at(length).toLower() == u'e' && !atKeyword()) {
         const qsizetype sign = at(length + 1) == u'+' || at(length + 1) == u'-' ? 1 : 0;
         if (!isDigit(at(length + 1 + sign)))
             fail(1031);
@@ -223,11 +229,12 @@ void Lexer::readNumber()
         length += 1 + sign;
         digits();
     }
-    if (isNameStart(at(length)))
+    if (isNameStart(at(length)) && !atKeyword())
         fail(1031);
     const QByteArray latin = m_text.mid(m_pos, length).toLatin1();
-    const double number = latin.toDouble();
-    if (!std::isfinite(number))
+    bool fits = false;
+    const double number = latin.toDouble(&fits);
+    if (!fits || !std::isfinite(number))
         fail(1031);
     Token &token = begin(Tok::Literal);
     token.value = whole && number <= 2147483647.0 ? Value::number(qint64(number)) : Value::real(number);
@@ -240,8 +247,11 @@ bool Lexer::readRadix()
     const int radix = mark == u'h' ? 16 : 8;
     const qsizetype prefix = mark == u'h' || mark == u'o' ? 2 : 1;
     const bool bare = prefix == 1;
-    if (digitValue(at(prefix)) >= radix)
-        return false;
+    if (digitValue(at(prefix)) >= radix) {
+        if (followsOperand() || (bare && !isDigit(at(1))))
+            return false;
+        fail(1031);
+    }
     if (followsOperand() && (bare || !m_space))
         return false;
     qsizetype length = prefix;
@@ -363,7 +373,7 @@ std::vector<Token> Lexer::run()
             newLine();
         } else if (c == u'\'' || (lineStart && m_text.mid(m_pos).startsWith(u"<!--"))) {
             skipToLineEnd();
-        } else if (c == u'_' && (m_space || lineStart) && skipContinuation()) {
+        } else if (c == u'_' && skipContinuation()) {
             continue;
         } else if (c == u'\0' && m_pos + 1 == m_text.size()) {
             ++m_pos;

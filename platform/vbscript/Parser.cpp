@@ -4,8 +4,8 @@
 
 namespace vbs {
 
-Parser::Parser(QStringView text, SymbolTable &symbols)
-    : m_symbols(symbols), m_tokens(tokenize(text, symbols)), m_defaultWord(symbols.intern(u"Default")),
+Parser::Parser(QStringView text, SymbolTable &symbols, bool insideClass)
+    : m_symbols(symbols), m_insideClass(insideClass), m_tokens(tokenize(text, symbols)), m_defaultWord(symbols.intern(u"Default")),
       m_propertyWord(symbols.intern(u"Property")), m_explicitWord(symbols.intern(u"Explicit")),
       m_errorWord(symbols.intern(u"Error")), m_stepWord(symbols.intern(u"Step"))
 {
@@ -57,6 +57,9 @@ void Parser::skipSeparators()
 
 std::shared_ptr<Unit> Parser::script()
 {
+    for (const Token &token : m_tokens)
+        if (token.kind == Tok::Name && token.name->folded.startsWith(u"execute"))
+            m_unit->runsTexts = true;
     skipSeparators();
     if (at(Tok::Option))
         optionStatement();
@@ -76,11 +79,14 @@ std::shared_ptr<Unit> Parser::expressionOnly()
     return m_unit;
 }
 
-std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols) { return Parser(text, symbols).script(); }
-
-std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols)
+std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, bool insideClass)
 {
-    return Parser(text, symbols).expressionOnly();
+    return Parser(text, symbols, insideClass).script();
+}
+
+std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, bool insideClass)
+{
+    return Parser(text, symbols, insideClass).expressionOnly();
 }
 
 }

@@ -11,7 +11,7 @@ namespace vbs {
 class Parser
 {
 public:
-    Parser(QStringView text, SymbolTable &symbols);
+    Parser(QStringView text, SymbolTable &symbols, bool insideClass);
     std::shared_ptr<Unit> script();
     std::shared_ptr<Unit> expressionOnly();
 
@@ -90,6 +90,7 @@ private:
 
     std::shared_ptr<Unit> m_unit = std::make_shared<Unit>();
     SymbolTable &m_symbols;
+    bool m_insideClass; // the text is run by Execute or Eval in a method
     std::vector<Token> m_tokens;
     size_t m_pos = 0;
     ProcedureAst *m_procedure = nullptr; // null: global statements

@@ -37,7 +37,10 @@ void Parser::globalStatement()
         break;
     case Tok::Class: classDefinition(); break;
     case Tok::Public: case Tok::Private: visibleDefinition(); break;
-    case Tok::EndWord: fail(1002);
+    case Tok::Name:
+        if (atProperty() && ahead(1).kind != Tok::Name)
+            fail(1048);
+        [[fallthrough]];
     default: statement(m_unit->main.body);
     }
     expectStatementEnd();
@@ -47,6 +50,8 @@ void Parser::visibleDefinition()
 {
     const bool isPrivate = at(Tok::Private);
     ++m_pos;
+    if (atProperty())
+        fail(1048);
     if (atName(m_defaultWord) && (ahead(1).kind == Tok::Sub || ahead(1).kind == Tok::Function))
         ++m_pos;
     if (at(Tok::Sub) || at(Tok::Function))
@@ -251,6 +256,8 @@ void Parser::classMember(ClassAst *ast)
         && (next == Tok::Sub || next == Tok::Function || (next == Tok::Name && ahead(1).name == m_propertyWord));
     if (isDefault)
         ++m_pos;
+    else if (atName(m_defaultWord) && (next == Tok::Name || next == Tok::Dim || next == Tok::Const))
+        fail(1056);
     if (!isDim && (at(Tok::Sub) || at(Tok::Function) || atProperty())) {
         ast->members.push_back(procedure(isPrivate, isDefault, isPublic));
         return;

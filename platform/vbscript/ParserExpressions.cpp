@@ -103,7 +103,7 @@ Expr *Parser::primary()
         return expr;
     }
     case Tok::Me: {
-        if (!m_class)
+        if (!m_class && (!m_insideClass || m_procedure))
             fail(1037);
         Expr *expr = newExpr(ExprKind::Me);
         ++m_pos;

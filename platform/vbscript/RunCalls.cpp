@@ -52,6 +52,26 @@ bool Engine::callProcedureByName(const Instruction &i)
     return true;
 }
 
+bool Engine::readImplicit(const Instruction &i)
+{
+    Value &source = at(i.b);
+    Symbol *name = m_frames[m_frameCount - 1].code->names[size_t(i.d)];
+    const Value &value = source.resolved();
+    if (name->kind == GlobalKind::Procedure && value.is(Type::Object)
+        && dynamic_cast<ProcedureReference *>(value.object())) {
+        pushCall(name->procedure.get(), nullptr, &at(i.c), 0, i.a);
+        return true;
+    }
+    if (!i.n) {
+        store(i.a, take(i.b));
+        return false;
+    }
+    if (m_frames[m_frameCount - 1].code->isGlobal)
+        declareGlobal(i);
+    at(i.a) = source.isReference() ? source : Value::reference(&source);
+    return false;
+}
+
 bool Engine::callIntrinsic(const Instruction &i)
 {
     const Intrinsic &function = intrinsicAt(i.d);

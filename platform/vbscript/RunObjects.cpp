@@ -188,6 +188,15 @@ void Engine::checkDefined(const Instruction &i)
         throw ScriptError(err::kUndefinedVariable, name->text);
 }
 
+void Engine::declareGlobal(const Instruction &i)
+{
+    Symbol *name = m_frames[m_frameCount - 1].code->names[size_t(i.d)];
+    if (name->kind != GlobalKind::None)
+        return;
+    name->kind = GlobalKind::Variable;
+    invalidate({ name });
+}
+
 // Execute, ExecuteGlobal, Eval
 
 CompileScope Engine::scopeOf(const Frame &frame) const
@@ -195,7 +204,7 @@ CompileScope Engine::scopeOf(const Frame &frame) const
     const Code *root = m_frames[frame.scope].code.get();
     const Locals *extras = m_frames[frame.scope].extras.get();
     const auto isExtra = [extras](Symbol *name) { return extras && extras->count(name) > 0; };
-    return { const_cast<Engine *>(this), root->owner, root->isGlobal ? nullptr : root, frame.code->optionExplicit,
+    return { const_cast<Engine *>(this), root->owner, root->isGlobal ? nullptr : root, frame.code->optionExplicit, true,
         isExtra };
 }
 
@@ -254,10 +263,10 @@ void Engine::execute(const Instruction &i, bool global)
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols);
+    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, !global && frame.me.is(Type::Object));
     CompileScope scope = scopeOf(frame);
     if (global)
-        scope = { this, nullptr, nullptr, frame.code->optionExplicit, {} };
+        scope = { this, nullptr, nullptr, frame.code->optionExplicit, true, {} };
     scope.optionExplicit = scope.optionExplicit || unit->optionExplicit;
     const CodePointer code = define(unit, scope);
     if (scope.outer)
@@ -273,7 +282,7 @@ void Engine::eval(const Instruction &i)
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols);
+    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, frame.me.is(Type::Object));
     pushText(compileEval(scopeOf(frame), unit->expression), frame, i.a);
 }
 
