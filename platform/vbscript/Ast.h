@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/vbscript/Lexer.h"
+#include "platform/vbscript/Memory.h"
 #include "platform/vbscript/Value.h"
 
 #include <deque>
@@ -123,6 +124,7 @@ struct Unit
     std::vector<ClassAst *> classes;
     Expr *expression = nullptr; // Eval
 
+    memory::Charge charge; // for the nodes below
     std::deque<Expr> expressionStore;
     std::deque<Stmt> statementStore;
     std::deque<ProcedureAst> procedureStore;
@@ -130,8 +132,8 @@ struct Unit
 };
 
 /** Parses a script text; inside a class its global statements may use Me. Throws ScriptError (compile) with line and column. */
-std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, bool insideClass = false);
+std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass = false);
 /** Parses one expression (Eval). */
-std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, bool insideClass = false);
+std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass = false);
 
 }

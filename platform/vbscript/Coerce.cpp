@@ -2,6 +2,7 @@
 #include "platform/vbscript/Operators.h"
 
 #include "platform/vbscript/DateText.h"
+#include "platform/vbscript/Memory.h"
 #include "platform/vbscript/ScriptError.h"
 
 #include <charconv>
@@ -16,6 +17,7 @@ namespace {
 
 constexpr int kSingleDigits = 7;
 constexpr int kDoubleDigits = 15;
+constexpr qsizetype kLongestNumber = 10000; // longer texts are no numbers that anybody has written
 
 bool isBlank(QChar c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n' || c == u'\u00a0'; }
 
@@ -82,6 +84,8 @@ std::optional<double> parsePlain(QStringView text, QStringView decimal, QStringV
 std::optional<double> parseNumber(QStringView text, const QLocale &locale)
 {
     text = trimmed(text);
+    if (text.size() > kLongestNumber)
+        return std::nullopt;
     if (text.startsWith(u'&'))
         return parseRadix(text);
     bool negative = false;
@@ -155,7 +159,9 @@ QString toText(ScriptHost &host, const Value &original)
 {
     const Value &value = original.resolved();
     switch (value.type()) {
-    case Type::String: return value.toQString();
+    case Type::String:
+        memory::requireRoom(2 * value.view().size());
+        return value.toQString();
     case Type::Empty: return QString(u""_s);
     case Type::Null: throw ScriptError(err::kInvalidNull);
     case Type::Boolean: return value.whole() ? u"True"_s : u"False"_s;
@@ -227,7 +233,9 @@ QByteArray toBytes(ScriptHost &host, const Value &original)
     const Value &value = original.resolved();
     if (value.is(Type::Array) && value.array()->elementType == Type::Byte)
         return value.array()->bytes;
-    const QString text = toText(host, value);
+    const QString converted = value.is(Type::String) ? QString() : toText(host, value);
+    const QStringView text = value.is(Type::String) ? value.view() : QStringView(converted);
+    memory::requireRoom(2 * text.size());
     return QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
 }
 

@@ -13,6 +13,8 @@ class GlobalScope
 public:
     virtual ~GlobalScope() = default;
     virtual SymbolTable &symbols() = 0;
+    /** Counts compiling as work of the script. */
+    virtual void spend(qint64 units) = 0;
     /** Place of a global variable, made when it has none. */
     virtual int globalSlot(Symbol *name) = 0;
     virtual Value globalConstant(Symbol *name) const = 0;

@@ -10,6 +10,7 @@ void Compiler::block(const Block &body)
 {
     ++m_depth;
     for (const Stmt *stmt : body) {
+        m_scope.globals->spend(10);
         mark(stmt->line, stmt->column);
         statement(stmt);
         m_temporary = 0;

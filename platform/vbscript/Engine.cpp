@@ -52,6 +52,12 @@ public:
             m_engine.m_limited = m_engine.m_abort = false;
     }
     Q_DISABLE_COPY_MOVE(Outermost)
+    /** At the end of the work: a Class_Terminate may have used up the time without anybody having noticed. */
+    void finish() const
+    {
+        if (m_engine.m_abort && m_engine.m_outermost == 1)
+            throw ScriptTimeout();
+    }
 
 private:
     Engine &m_engine;
@@ -290,16 +296,19 @@ CodePointer Engine::define(const std::shared_ptr<Unit> &unit, const CompileScope
 void Engine::addCode(QStringView text)
 {
     const Outermost outermost(*this);
-    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols);
+    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, *this);
     const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit, unit->runsTexts, {} });
     runCode(code);
+    outermost.finish();
 }
 
 Value Engine::evaluate(QStringView text)
 {
     const Outermost outermost(*this);
-    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols);
-    return runCode(compileEval({ this, nullptr, nullptr, false, false, {} }, unit->expression));
+    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, *this);
+    Value result = runCode(compileEval({ this, nullptr, nullptr, false, false, {} }, unit->expression));
+    outermost.finish();
+    return result;
 }
 
 bool Engine::hasProcedure(const QString &name) const
@@ -313,7 +322,9 @@ Value Engine::runProcedure(const QString &name, const QList<Value> &arguments)
     const Outermost outermost(*this);
     if (!hasProcedure(name))
         throw ScriptError(err::kInvalidCall, name);
-    return callProcedure(m_symbols.intern(name)->procedure.get(), nullptr, arguments);
+    Value result = callProcedure(m_symbols.intern(name)->procedure.get(), nullptr, arguments);
+    outermost.finish();
+    return result;
 }
 
 // Frames

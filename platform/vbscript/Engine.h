@@ -146,6 +146,7 @@ private:
     void putIndex(const Instruction &i, bool isSet);
     void putElement(Value &base, Value *arguments, int count, Value value, bool isSet, Operand culprit);
     void elementReference(const Instruction &i);
+    ArrayData *writableArray(Value &value);
     qint64 elementOffset(const ArrayData &array, const Value *arguments, int count);
     Value element(const ArrayData &array, qint64 offset) const;
     Object *objectAt(Operand operand);

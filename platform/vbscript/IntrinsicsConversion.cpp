@@ -11,7 +11,7 @@ double toDate(ScriptHost &host, const Value &original)
 {
     const Value value = host.plain(original);
     if (value.is(Type::String)) {
-        if (const auto days = parseDate(value.toQString(), host.locale()))
+        if (const auto days = parseDate(value.view(), host.locale()))
             return *days;
         if (const auto number = parseNumber(value.view(), host.locale()))
             return dateValue(*number).realPart();

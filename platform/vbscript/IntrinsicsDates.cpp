@@ -132,7 +132,7 @@ double parsedDate(Engine &engine, Args &args)
     const Value value = engine.plain(args[0]);
     if (!value.is(Type::String))
         return toDate(engine, value);
-    if (const auto days = parseDate(value.toQString(), engine.locale()))
+    if (const auto days = parseDate(value.view(), engine.locale()))
         return *days;
     throw ScriptError(err::kTypeMismatch);
 }
@@ -291,7 +291,7 @@ Value isDate(Engine &engine, Args &args)
         value = engine.plain(value);
     }
     return Value::boolean(value.is(Type::Date)
-        || (value.is(Type::String) && parseDate(value.toQString(), engine.locale()).has_value()));
+        || (value.is(Type::String) && parseDate(value.view(), engine.locale()).has_value()));
 }
 
 }

@@ -1,7 +1,9 @@
 #include "platform/vbscript/Lexer.h"
 
 #include "platform/vbscript/DateText.h"
+#include "platform/vbscript/Memory.h"
 #include "platform/vbscript/ScriptError.h"
+#include "platform/vbscript/ScriptHost.h"
 
 #include <QHash>
 #include <charconv>
@@ -72,7 +74,8 @@ int digitValue(QChar c)
 class Lexer
 {
 public:
-    Lexer(QStringView text, SymbolTable &symbols) : m_text(text), m_symbols(symbols) {}
+    Lexer(QStringView text, SymbolTable &symbols, ScriptHost &host, memory::Charge &charge)
+        : m_text(text), m_symbols(symbols), m_host(host), m_charge(charge) {}
     std::vector<Token> run();
 
 private:
@@ -101,6 +104,8 @@ private:
 
     QStringView m_text;
     SymbolTable &m_symbols;
+    ScriptHost &m_host;
+    memory::Charge &m_charge;
     std::vector<Token> m_tokens;
     qsizetype m_pos = 0;
     qsizetype m_lineStart = 0;
@@ -115,6 +120,9 @@ Token &Lexer::begin(Tok kind)
     token.spaceBefore = m_space;
     token.line = m_line;
     token.column = int(m_pos - m_lineStart);
+    if (m_tokens.size() == m_tokens.capacity())
+        m_charge.resize(qint64(2 * m_tokens.capacity() * sizeof(Token)));
+    m_host.spend(10);
     m_tokens.push_back(std::move(token));
     m_space = false;
     return m_tokens.back();
@@ -396,9 +404,9 @@ ScriptError compileError(int number, int line, int column)
     return error;
 }
 
-std::vector<Token> tokenize(QStringView text, SymbolTable &symbols)
+std::vector<Token> tokenize(QStringView text, SymbolTable &symbols, ScriptHost &host, memory::Charge &charge)
 {
-    return Lexer(text, symbols).run();
+    return Lexer(text, symbols, host, charge).run();
 }
 
 }

@@ -176,6 +176,7 @@ void Parser::procedureEnd(ProcedureAst *ast)
 
 ProcedureAst *Parser::procedure(bool isPrivate, bool isDefault, bool explicitPublic)
 {
+    countNode(sizeof(ProcedureAst));
     ProcedureAst *ast = &m_unit->procedureStore.emplace_back();
     ast->line = current().line;
     ast->column = current().column;
@@ -220,6 +221,7 @@ void Parser::addProcedure(ProcedureAst *ast)
 
 void Parser::classDefinition()
 {
+    countNode(sizeof(ClassAst));
     ClassAst *ast = &m_unit->classStore.emplace_back();
     ast->line = current().line;
     ast->column = current().column;

@@ -37,6 +37,7 @@ int rankOf(Tok kind)
 
 Expr *Parser::newExpr(ExprKind kind)
 {
+    countNode(sizeof(Expr));
     Expr &expr = m_unit->expressionStore.emplace_back();
     expr.kind = kind;
     expr.line = current().line;

@@ -17,6 +17,7 @@ bool closesOuterBlock(Tok word, Tok next)
 
 Stmt *Parser::newStmt(StmtKind kind, Block &body)
 {
+    countNode(sizeof(Stmt) + sizeof(Stmt *));
     Stmt &stmt = m_unit->statementStore.emplace_back();
     stmt.kind = kind;
     stmt.line = current().line;

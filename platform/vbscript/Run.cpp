@@ -435,9 +435,7 @@ void Engine::appendText(const Instruction &i)
     const QString converted = added.is(Type::String) ? QString() : toText(*this, added);
     const QStringView view = added.is(Type::String) ? added.view() : QStringView(converted);
     dropTemporary(i.c);
-    StringData *data = text.stringForAppending(view.size());
-    std::copy(view.utf16(), view.utf16() + view.size(), data->text() + data->length);
-    data->length += quint32(view.size());
+    text.append(view);
     spend(1 + view.size() / 64);
 }
 

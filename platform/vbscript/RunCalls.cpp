@@ -119,6 +119,14 @@ Value Engine::element(const ArrayData &array, qint64 offset) const
     return array.items[offset];
 }
 
+/** The array for writing; copying a shared one counts as work. */
+ArrayData *Engine::writableArray(Value &value)
+{
+    if (!value.array()->isUnique())
+        spend(value.array()->size / 4);
+    return value.arrayForWriting();
+}
+
 bool Engine::index1(const Instruction &i)
 {
     const Value &base = at(i.b).resolved();
@@ -358,7 +366,7 @@ void Engine::putElement(Value &base, Value *arguments, int count, Value value, b
         value = plain(value);
     if (base.is(Type::Array)) {
         const qint64 offset = elementOffset(*base.array(), arguments, count);
-        ArrayData *array = base.arrayForWriting();
+        ArrayData *array = writableArray(base);
         if (array->elementType == Type::Byte) {
             array->bytes[offset] = char(quint8(toLong(*this, value)));
             return;
@@ -398,7 +406,7 @@ void Engine::elementReference(const Instruction &i)
     if (base.array()->elementType == Type::Byte) {
         at(i.a) = element(*base.array(), offset);
     } else {
-        Value reference = Value::elementReference(base.arrayForWriting(), quint32(offset));
+        Value reference = Value::elementReference(writableArray(base), quint32(offset));
         dropTemporary(i.c);
         at(i.a) = std::move(reference);
     }

@@ -59,7 +59,7 @@ void Engine::eachStart(const Instruction &i)
             ? i.b < m_frames[m_frameCount - 1].code->firstTemporary
             : (i.b & ~place::kIndexMask) != place::kConstant;
         const bool lock = variable && group.array()->items;
-        ArrayData *array = lock ? group.arrayForWriting() : nullptr;
+        ArrayData *array = lock ? writableArray(group) : nullptr;
         Value holder = lock ? Value::elementReference(array, 0) : Value(group);
         const ArrayData *data = lock ? array : holder.array();
         items = std::make_unique<ArrayEnumerator>(std::move(holder), data);
@@ -151,7 +151,7 @@ void Engine::reDim(const Instruction &i)
     if (old.size() != counts.size() || !std::equal(old.begin(), old.end() - 1, counts.begin()))
         throw ScriptError(err::kSubscript);
     spend(variable.array()->size / 16);
-    variable.arrayForWriting()->resizeLast(counts.last());
+    writableArray(variable)->resizeLast(counts.last());
 }
 
 void Engine::erase(const Instruction &i)
@@ -160,7 +160,7 @@ void Engine::erase(const Instruction &i)
     if (!variable.is(Type::Array))
         throw ScriptError(err::kTypeMismatch, operandName(i.b));
     if (variable.isFixedArray()) {
-        ArrayData *array = variable.arrayForWriting();
+        ArrayData *array = writableArray(variable);
         for (qint64 k = 0; k < array->size; ++k)
             array->items[k] = Value();
     } else {
@@ -263,7 +263,7 @@ void Engine::execute(const Instruction &i, bool global)
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, !global && frame.me.is(Type::Object));
+    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, *this, !global && frame.me.is(Type::Object));
     CompileScope scope = scopeOf(frame);
     if (global)
         scope = { this, nullptr, nullptr, frame.code->optionExplicit, true, {} };
@@ -282,7 +282,7 @@ void Engine::eval(const Instruction &i)
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, frame.me.is(Type::Object));
+    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, *this, frame.me.is(Type::Object));
     pushText(compileEval(scopeOf(frame), unit->expression), frame, i.a);
 }
 
