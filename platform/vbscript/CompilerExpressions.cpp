@@ -158,9 +158,10 @@ Operand Compiler::unary(const Expr *expr, Operand want)
     const int temporaries = m_temporary;
     if (expr->op == Tok::Minus && expr->left->kind == ExprKind::Literal) {
         const Value &value = expr->left->value;
-        if (value.is(Type::Integer) || value.is(Type::Long))
-            return constant(value.is(Type::Integer) ? Value::integer(qint16(-value.whole()))
-                                                    : Value::longInteger(qint32(-value.whole())));
+        if (value.is(Type::Integer) && value.whole() != -32768)
+            return constant(Value::integer(qint16(-value.whole())));
+        if (value.is(Type::Long) && value.whole() != -2147483648LL)
+            return constant(Value::longInteger(qint32(-value.whole())));
         if (value.is(Type::Double))
             return constant(Value::real(-value.realPart()));
     }

@@ -233,18 +233,22 @@ void Compiler::ifStatement(const Stmt *stmt)
 
 void Compiler::selectStatement(const Stmt *stmt)
 {
-    const Operand subject = newLocal();
-    issue({ .op = Op::Let, .a = subject, .b = expression(stmt->value) });
+    const Operand hidden = newLocal();
+    const Operand value = expression(stmt->value);
+    // A literal is compared as one; anything else keeps its value while the cases are computed.
+    const bool isLiteral = value != place::kNone && (value & ~place::kIndexMask) == place::kConstant;
+    const Operand subject = isLiteral ? value : hidden;
+    if (!isLiteral)
+        issue({ .op = Op::Let, .a = subject, .b = value });
     m_temporary = 0;
-    m_blocks.push_back({ .hidden = subject });
+    m_blocks.push_back({ .hidden = hidden });
     std::vector<int> ends;
     for (const Branch &branch : stmt->branches) {
         std::vector<int> hits;
         std::vector<int> skips;
         for (const Expr *test : branch.tests) {
             mark(test->line, test->column);
-            const Operand value = expression(test);
-            hits.push_back(issue({ .op = Op::WhenEqual, .b = subject, .c = value }));
+            hits.push_back(issue({ .op = Op::WhenEqual, .b = subject, .c = expression(test) }));
             m_temporary = 0;
         }
         if (!branch.tests.empty())
@@ -261,7 +265,7 @@ void Compiler::selectStatement(const Stmt *stmt)
         patch(end);
     m_blocks.pop_back();
     mark(stmt->endLine, stmt->endColumn);
-    issue({ .op = Op::Clear, .a = subject });
+    issue({ .op = Op::Clear, .a = hidden });
 }
 
 Operand Compiler::loopVariable(const Expr *target)

@@ -163,6 +163,7 @@ private:
     void declareGlobal(const Instruction &i);
     Value &extraLocal(Frame &scopeFrame, Symbol *name);
     QString operandName(Operand operand) const;
+    QString memberName(Operand holder, const Symbol *name) const;
     void randomize(const Instruction &i);
 
     SymbolTable m_symbols;

@@ -157,8 +157,10 @@ void Engine::reDim(const Instruction &i)
 void Engine::erase(const Instruction &i)
 {
     Value &variable = at(i.b).resolved();
-    if (!variable.is(Type::Array))
-        throw ScriptError(err::kTypeMismatch, operandName(i.b));
+    if (!variable.is(Type::Array)) {
+        const auto &names = m_frames[m_frameCount - 1].code->names;
+        throw ScriptError(err::kTypeMismatch, i.d >= 0 ? names[size_t(i.d)]->text : QString());
+    }
     if (variable.isFixedArray()) {
         ArrayData *array = writableArray(variable);
         for (qint64 k = 0; k < array->size; ++k)

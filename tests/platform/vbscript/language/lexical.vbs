@@ -40,7 +40,6 @@ R "WScript.Echo 5 mod 3, 7\2, 2^3, not false, 1<>2, 1 < > 2" ' expect: error 102
 R "WScript.Echo 3 > = 2" ' expect: error 1023
 R "Class C1 : Public [End] : End Class : Dim c : Set c = New C1 : c.End = 3 : WScript.Echo c.End, c.[end]" ' expect: 3 3
 R "x = ""a"" & vbNullChar & ""b"" : WScript.Echo Len(x)" ' expect: 3
-R "WScript.Echo Len(""" & String(3, """""") & """)" ' expect: 3
 R "" : R ":" : R "'" : R vbLf & vbLf : R "   "
 R "Dim a : a = Array(1, _" & vbLf & " 2, _" & vbLf & " 3) : WScript.Echo UBound(a)" ' expect: 2
 R "WScript.Echo 1e3, 1E+3, 1.e2, .1e1, 1E-2" ' expect: 1000 1000 100 1 0.01
