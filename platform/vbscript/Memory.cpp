@@ -13,10 +13,15 @@ qint64 used() { return t_used; }
 
 void setLimit(qint64 bytes) { t_limit = bytes; }
 
-void charge(qint64 bytes)
+void requireRoom(qint64 bytes)
 {
     if (bytes > t_limit - t_used)
         throw ScriptError(err::kOutOfMemory);
+}
+
+void charge(qint64 bytes)
+{
+    requireRoom(bytes);
     t_used += bytes;
 }
 

@@ -216,7 +216,7 @@ void Engine::loop()
                 next = frame->code->instructions.data() + i.d;
             break;
         case Op::Call: case Op::CallValue: case Op::GetMember: case Op::CallMember: case Op::PutMemberLet:
-        case Op::PutMemberSet: case Op::Index1: {
+        case Op::PutMemberSet: case Op::Index1: case Op::ReadImplicit: {
             const size_t before = m_frameCount;
             if (--m_budget <= 0)
                 poll();
@@ -226,6 +226,8 @@ void Engine::loop()
                 callProcedureByName(i);
             else if (i.op == Op::CallValue)
                 callValue(i);
+            else if (i.op == Op::ReadImplicit)
+                readImplicit(i);
             else if (i.op == Op::GetMember || i.op == Op::CallMember)
                 getMember(i);
             else
@@ -263,6 +265,7 @@ void Engine::loop()
             continue;
         case Op::Randomize: randomize(i); break;
         case Op::CheckDefined: checkDefined(i); break;
+        case Op::DeclareGlobal: declareGlobal(i); break;
         case Op::RaiseError:
             throw ScriptError(i.b, i.d >= 0 ? frame->code->names[size_t(i.d)]->text : QString());
         case Op::Return: {
@@ -432,9 +435,7 @@ void Engine::appendText(const Instruction &i)
     const QString converted = added.is(Type::String) ? QString() : toText(*this, added);
     const QStringView view = added.is(Type::String) ? added.view() : QStringView(converted);
     dropTemporary(i.c);
-    StringData *data = text.stringForAppending(view.size());
-    std::copy(view.utf16(), view.utf16() + view.size(), data->text() + data->length);
-    data->length += quint32(view.size());
+    text.append(view);
     spend(1 + view.size() / 64);
 }
 
