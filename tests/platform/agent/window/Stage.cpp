@@ -99,12 +99,15 @@ QString word(const Request &request)
 
 void StillPulse::advance(qint64 ms)
 {
+    const QPointer<StillPulse> self(this);
     const qint64 end = m_now + ms;
     while (m_due <= end) {
         m_now = std::max(m_now, m_due);
         m_due = kNever;
         ++m_beats;
         emit beat();
+        if (!self) // an event's handler destroyed the control
+            return;
     }
     m_now = end;
 }
