@@ -12,7 +12,7 @@ thread_local qint64 t_used = 0;
 thread_local qint64 t_peak = 0; // since memory was last handed back to the system
 thread_local qint64 t_limit = kDefaultLimit;
 
-constexpr qint64 kWorthReturning = 64LL * 1024 * 1024;
+constexpr qint64 kWorthReturning = 24LL * 1024 * 1024;
 }
 
 qint64 used() { return t_used; }
