@@ -48,8 +48,10 @@ public:
     }
     ~Outermost()
     {
-        if (--m_engine.m_outermost == 0)
-            m_engine.m_limited = m_engine.m_abort = false;
+        if (--m_engine.m_outermost > 0)
+            return;
+        m_engine.m_limited = m_engine.m_abort = false;
+        memory::returnFreed();
     }
     Q_DISABLE_COPY_MOVE(Outermost)
     /** At the end of the work: a Class_Terminate may have used up the time without anybody having noticed. */

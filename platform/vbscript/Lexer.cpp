@@ -6,6 +6,7 @@
 #include "platform/vbscript/ScriptHost.h"
 
 #include <QHash>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -88,6 +89,7 @@ private:
     [[noreturn]] void fail(int number) const { throw compileError(number, m_line, int(m_pos - m_lineStart)); }
     void add(Tok kind, qsizetype length);
     Token &begin(Tok kind);
+    void growTokens();
     void newLine();
     bool skipContinuation();
     void skipToLineEnd();
@@ -113,6 +115,15 @@ private:
     bool m_space = false;
 };
 
+void Lexer::growTokens()
+{
+    const size_t before = m_tokens.capacity();
+    const size_t after = std::max<size_t>(64, before + before / 2);
+    m_charge.resize(qint64((before + after) * sizeof(Token))); // both are there while the tokens move
+    m_tokens.reserve(after);
+    m_charge.resize(qint64(after * sizeof(Token)));
+}
+
 Token &Lexer::begin(Tok kind)
 {
     Token token;
@@ -121,7 +132,7 @@ Token &Lexer::begin(Tok kind)
     token.line = m_line;
     token.column = int(m_pos - m_lineStart);
     if (m_tokens.size() == m_tokens.capacity())
-        m_charge.resize(qint64(2 * m_tokens.capacity() * sizeof(Token)));
+        growTokens();
     m_host.spend(10);
     m_tokens.push_back(std::move(token));
     m_space = false;

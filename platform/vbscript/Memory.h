@@ -20,6 +20,8 @@ void setLimit(qint64 bytes);
 /** Throws ScriptError 7, without charging, when the limit would be passed. */
 void charge(qint64 bytes);
 void release(qint64 bytes) noexcept;
+/** Hands freed memory back to the system where it is much: the allocator alone would keep it beside what comes next. */
+void returnFreed() noexcept;
 /** Throws as charge() does, but charges nothing: for a copy that is gone before the script goes on. */
 void requireRoom(qint64 bytes);
 

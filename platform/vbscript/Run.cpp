@@ -64,24 +64,7 @@ inline bool quickCompare(const Value &a, const Value &b, Compare compare, bool &
 
 }
 
-/**
- * The loop: runs until the procedure that native code called has ended. Common cases of numbers are handled here,
- * everything else in functions that may throw.
- */
-void Engine::loop()
-{
-    Frame *frame = nullptr;
-    const Instruction *pc = nullptr;
-    const auto enter = [&] {
-        frame = &m_frames[m_frameCount - 1];
-        pc = frame->pc;
-        m_place[0] = frame->registers;
-        m_place[1] = frame->code->constants.data();
-        m_place[2] = m_globals;
-        m_place[3] = frame->me.is(Type::Object) ? frame->instance()->fields() : nullptr;
-    };
-    enter();
-
+// The same few lines for each operator, where only the operator differs.
 #define KAVRO_ARITHMETIC(NAME, WHOLE, REAL)                                                                           \
     case Op::NAME: {                                                                                                  \
         const auto whole = [](qint64 x, qint64 y) { return WHOLE; };                                                  \
@@ -117,6 +100,24 @@ void Engine::loop()
             next = frame->code->instructions.data() + i.d;                                                            \
         break;                                                                                                        \
     }
+
+/**
+ * The loop: runs until the procedure that native code called has ended. Common cases of numbers are handled here,
+ * everything else in functions that may throw.
+ */
+void Engine::loop()
+{
+    Frame *frame = nullptr;
+    const Instruction *pc = nullptr;
+    const auto enter = [&] {
+        frame = &m_frames[m_frameCount - 1];
+        pc = frame->pc;
+        m_place[0] = frame->registers;
+        m_place[1] = frame->code->constants.data();
+        m_place[2] = m_globals;
+        m_place[3] = frame->me.is(Type::Object) ? frame->instance()->fields() : nullptr;
+    };
+    enter();
 
     for (;;) {
         const Instruction &i = *pc;
@@ -295,9 +296,10 @@ void Engine::loop()
         }
         pc = next;
     }
+}
+
 #undef KAVRO_ARITHMETIC
 #undef KAVRO_COMPARISON
-}
 
 /** A value for keeping: moved out of an intermediate register, copied from anywhere else. */
 Value Engine::take(Operand operand)

@@ -262,6 +262,7 @@ void Engine::defineLocals(Frame &scopeFrame, const std::shared_ptr<Unit> &unit)
 void Engine::execute(const Instruction &i, bool global)
 {
     const QString text = toText(*this, at(i.b));
+    const memory::Charge passing(2 * text.size());
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
@@ -281,6 +282,7 @@ void Engine::execute(const Instruction &i, bool global)
 void Engine::eval(const Instruction &i)
 {
     const QString text = toText(*this, at(i.b));
+    const memory::Charge passing(2 * text.size());
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
