@@ -95,7 +95,6 @@ bool OperatorWalk::clearEventLog()
     if (yes)
         expectBox(u" entries were deleted from the event log."_s);
     change("mnuToolsAdvancedClearEventLog");
-    m_mailed = -1;
     return true;
 }
 

@@ -7,7 +7,6 @@
 #include "notify/options/frmOptions.h"
 
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QPlainTextEdit>
@@ -99,7 +98,7 @@ OperatorWalk::OperatorWalk()
         EXPECT_TRUE(server.listen(QHostAddress::Any, quint16(m_ports.last().toInt())));
     }
     SaveSetting(u"Mail Options"_s, u"MailServer"_s, QString::fromLatin1(kNoMailServer));
-    SaveSetting(u"Mail Options"_s, u"SendOnFailure"_s, u"1"_s);
+    SaveSetting(u"Mail Options"_s, u"SendOnConsecutiveFailure"_s, u"1"_s);
     for (const QString &name : { u"third.mdb"_s, u"second.mdb"_s, u"defaultDB.mdb"_s }) {
         const QString file = world.path(name);
         vbMain().db.reset();
@@ -158,8 +157,6 @@ const OperatorWalk::Action &OperatorWalk::chooseAction()
 
 void OperatorWalk::takeStep()
 {
-    QElapsedTimer clock;
-    clock.start();
     constexpr int attempts = 200; // many actions need an object that may be missing
     m_dialogs.meanwhile = [this] { meanwhile(); };
     for (int i = 0; i < attempts; ++i) {
@@ -173,8 +170,6 @@ void OperatorWalk::takeStep()
         }
         m_recent.pop_back();
     }
-    if (qEnvironmentVariableIsSet("WALK_SLOW") && clock.elapsed() > 500)
-        std::cout << clock.elapsed() << " ms: " << m_recent.back().toStdString() << " mails " << m_queued << std::endl;
     settle();
     if (!HasFailure())
         checkInvariants();

@@ -46,6 +46,7 @@ protected:
     };
 
     static const QList<Action> &actions();
+    int mostQueued() const { return m_mostQueued; }
     const CycleLedger &ledger() const { return m_ledger; }
     const QHash<QString, int> &done() const { return m_done; }
 
@@ -180,7 +181,7 @@ private:
     QString m_caption;
     int m_step = 0;
     int m_queued = 0; // mails
-    int m_mailed = 0; // lines of the event log
+    int m_mostQueued = 0;
     bool m_ended = false; // through the one door
     bool m_closed = false; // by the operator
     int m_objects = 0;
