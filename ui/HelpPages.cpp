@@ -78,8 +78,7 @@ void helppages::show(const QString &page)
         return;
     const QString why = exists ? QObject::tr("No program was found that shows this help page:")
                                : QObject::tr("This help page is missing:");
-    vbMain().dialogs->messageBox(
-        why + u"\r\n"_s + path, AppTitle(), Dialogs::Information, Dialogs::Ok);
+    vbMain().dialogs->messageBox(why + u"\r\n"_s + path, AppTitle(), Dialogs::Information, Dialogs::Ok);
 }
 
 ContextHelp::ContextHelp(QObject *parent)

@@ -6,8 +6,8 @@
 /** The help as single pages, which a browser shows; the help file's viewers take no page from outside. */
 namespace helppages {
 
-/** The page about a dialog by the dialog's name, such as "frmAddPort", or about a page of the options by its key, such
-    as "SMTP"; the first page for all others. */
+/** The page about a dialog by the dialog's name, such as "frmAddPort", or about a page of the options by its
+   key, such as "SMTP"; the first page for all others. */
 QString pageOf(const QString &name);
 
 /** Shows a page in the browser, or says where it lies when there is none. */

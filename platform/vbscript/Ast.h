@@ -131,9 +131,14 @@ struct Unit
     std::deque<ClassAst> classStore;
 };
 
-/** Parses a script text; inside a class its global statements may use Me. Throws ScriptError (compile) with line and column. */
-std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass = false);
+/**
+ * Parses a script text; `host` counts the work where there is one; inside a class the global statements may use Me.
+ * Throws ScriptError (compile) with line and column.
+ */
+std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, ScriptHost *host = nullptr,
+    bool insideClass = false);
 /** Parses one expression (Eval). */
-std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass = false);
+std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, ScriptHost *host = nullptr,
+    bool insideClass = false);
 
 }

@@ -80,8 +80,6 @@ Engine::~Engine()
     m_predefined.clear();
     std::free(m_stack);
     std::free(m_globals);
-    for (const auto &symbol : m_symbols.all())
-        memory::release(qint64(sizeof(Symbol)) + 4 * symbol->text.size() + 64); // as intern() has charged it
 }
 
 void Engine::reset()
@@ -298,7 +296,7 @@ CodePointer Engine::define(const std::shared_ptr<Unit> &unit, const CompileScope
 void Engine::addCode(QStringView text)
 {
     const Outermost outermost(*this);
-    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, *this);
+    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, this);
     const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit, unit->runsTexts, {} });
     runCode(code);
     outermost.finish();
@@ -307,7 +305,7 @@ void Engine::addCode(QStringView text)
 Value Engine::evaluate(QStringView text)
 {
     const Outermost outermost(*this);
-    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, *this);
+    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, this);
     Value result = runCode(compileEval({ this, nullptr, nullptr, false, false, {} }, unit->expression));
     outermost.finish();
     return result;

@@ -75,7 +75,7 @@ int digitValue(QChar c)
 class Lexer
 {
 public:
-    Lexer(QStringView text, SymbolTable &symbols, ScriptHost &host, memory::Charge &charge)
+    Lexer(QStringView text, SymbolTable &symbols, ScriptHost *host, memory::Charge &charge)
         : m_text(text), m_symbols(symbols), m_host(host), m_charge(charge) {}
     std::vector<Token> run();
 
@@ -106,7 +106,7 @@ private:
 
     QStringView m_text;
     SymbolTable &m_symbols;
-    ScriptHost &m_host;
+    ScriptHost *m_host;
     memory::Charge &m_charge;
     std::vector<Token> m_tokens;
     qsizetype m_pos = 0;
@@ -133,7 +133,8 @@ Token &Lexer::begin(Tok kind)
     token.column = int(m_pos - m_lineStart);
     if (m_tokens.size() == m_tokens.capacity())
         growTokens();
-    m_host.spend(10);
+    if (m_host)
+        m_host->spend(10);
     m_tokens.push_back(std::move(token));
     m_space = false;
     return m_tokens.back();
@@ -415,7 +416,7 @@ ScriptError compileError(int number, int line, int column)
     return error;
 }
 
-std::vector<Token> tokenize(QStringView text, SymbolTable &symbols, ScriptHost &host, memory::Charge &charge)
+std::vector<Token> tokenize(QStringView text, SymbolTable &symbols, ScriptHost *host, memory::Charge &charge)
 {
     return Lexer(text, symbols, host, charge).run();
 }

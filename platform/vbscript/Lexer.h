@@ -35,7 +35,7 @@ struct Token
 };
 
 /** Splits a script text into tokens, whose memory it charges; ends with Line, End. Throws ScriptError (compile) with its position. */
-std::vector<Token> tokenize(QStringView text, SymbolTable &symbols, ScriptHost &host, memory::Charge &charge);
+std::vector<Token> tokenize(QStringView text, SymbolTable &symbols, ScriptHost *host, memory::Charge &charge);
 
 /** A compile error at a position. */
 class ScriptError compileError(int number, int line, int column);

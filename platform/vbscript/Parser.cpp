@@ -5,7 +5,7 @@
 
 namespace vbs {
 
-Parser::Parser(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass)
+Parser::Parser(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass)
     : m_symbols(symbols), m_host(host), m_insideClass(insideClass),
       m_tokens(tokenize(text, symbols, host, m_tokenCharge)), m_defaultWord(symbols.intern(u"Default")),
       m_propertyWord(symbols.intern(u"Property")), m_explicitWord(symbols.intern(u"Explicit")),
@@ -16,7 +16,8 @@ Parser::Parser(QStringView text, SymbolTable &symbols, ScriptHost &host, bool in
 /** Counts the nodes of the tree as work and as the script's memory. */
 void Parser::countNode(size_t bytes)
 {
-    m_host.spend(10);
+    if (m_host)
+        m_host->spend(10);
     m_nodeBytes += qint64(bytes);
     if (m_nodeBytes < m_charged)
         return;
@@ -92,12 +93,12 @@ std::shared_ptr<Unit> Parser::expressionOnly()
     return m_unit;
 }
 
-std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass)
+std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass)
 {
     return Parser(text, symbols, host, insideClass).script();
 }
 
-std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass)
+std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass)
 {
     return Parser(text, symbols, host, insideClass).expressionOnly();
 }

@@ -11,7 +11,7 @@ namespace vbs {
 class Parser
 {
 public:
-    Parser(QStringView text, SymbolTable &symbols, ScriptHost &host, bool insideClass);
+    Parser(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass);
     std::shared_ptr<Unit> script();
     std::shared_ptr<Unit> expressionOnly();
 
@@ -91,7 +91,7 @@ private:
 
     std::shared_ptr<Unit> m_unit = std::make_shared<Unit>();
     SymbolTable &m_symbols;
-    ScriptHost &m_host;
+    ScriptHost *m_host;
     bool m_insideClass; // the text is run by Execute or Eval in a method
     memory::Charge m_tokenCharge;
     std::vector<Token> m_tokens;

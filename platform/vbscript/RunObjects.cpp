@@ -266,7 +266,7 @@ void Engine::execute(const Instruction &i, bool global)
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, *this, !global && frame.me.is(Type::Object));
+    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, this, !global && frame.me.is(Type::Object));
     CompileScope scope = scopeOf(frame);
     if (global)
         scope = { this, nullptr, nullptr, frame.code->optionExplicit, true, {} };
@@ -286,7 +286,7 @@ void Engine::eval(const Instruction &i)
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, *this, frame.me.is(Type::Object));
+    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, this, frame.me.is(Type::Object));
     pushText(compileEval(scopeOf(frame), unit->expression), frame, i.a);
 }
 

@@ -79,7 +79,9 @@ TEST(Help, TheHelpFileHoldsThePagesAsTheyAre)
     }
     // Nothing that the sources no longer have, apart from the format's own tables.
     const QStringList left = QDir(extracted.path()).entryList({ u"*.html"_s, u"*.css"_s }, QDir::Files)
-        + QDir(extracted.filePath(u"images"_s)).entryList(QDir::Files).replaceInStrings(QRegularExpression(u"^"_s), u"images/"_s);
+        + QDir(extracted.filePath(u"images"_s))
+              .entryList(QDir::Files)
+              .replaceInStrings(QRegularExpression(u"^"_s), u"images/"_s);
     EXPECT_EQ(asSet(left) - asSet(sources()), QSet<QString>());
 }
 
@@ -114,7 +116,8 @@ TEST(Help, EveryPageAndPictureIsReachedAndListed)
     }
     EXPECT_EQ(asSet(sources()) - reached, QSet<QString>());
     const QString local = u"name=\"Local\" value=\"([^\"#]+)"_s;
-    EXPECT_EQ(matches(u"Kavro2000.hhc"_s, local).size(), pages().size()) << "each stands in the contents once";
+    EXPECT_EQ(matches(u"Kavro2000.hhc"_s, local).size(), pages().size())
+        << "each stands in the contents once";
     EXPECT_EQ(asSet(matches(u"Kavro2000.hhc"_s, local)), asSet(pages()));
     EXPECT_EQ(asSet(matches(u"Kavro2000.hhk"_s, local)) - asSet(pages()), QSet<QString>());
 }
@@ -125,8 +128,10 @@ TEST(Help, PagesAreSoundHtmlWithOneHeadingAndDescribedPictures)
         QByteArray faults;
         ASSERT_TRUE(run(u"tidy"_s, { u"-quiet"_s, u"-errors"_s, u"-utf8"_s, kHelp.filePath(page) }, &faults));
         EXPECT_FALSE(faults.contains("Error:")) << qPrintable(page) << '\n' << faults.constData();
-        EXPECT_FALSE(faults.contains("unescaped") || faults.contains("missing") || faults.contains("discarding"))
-            << qPrintable(page) << '\n' << faults.constData();
+        EXPECT_FALSE(
+            faults.contains("unescaped") || faults.contains("missing") || faults.contains("discarding"))
+            << qPrintable(page) << '\n'
+            << faults.constData();
         const QStringList titles = matches(page, u"<title>(.*)</title>"_s);
         ASSERT_EQ(titles.size(), 1) << qPrintable(page);
         EXPECT_EQ(matches(page, u"<h1>(.*)</h1>"_s), titles) << qPrintable(page);
