@@ -56,7 +56,7 @@ QString ScriptProblem(const QString &script)
 {
     vbs::Engine engine; // for its names and its limits; nothing runs
     try {
-        const std::shared_ptr<vbs::Unit> unit = vbs::parseScript(script, engine.symbols(), engine);
+        const std::shared_ptr<vbs::Unit> unit = vbs::parseScript(script, engine.symbols(), &engine);
         const bool hasMain = std::any_of(unit->procedures.begin(), unit->procedures.end(), isMain);
         return hasMain ? QString() : u"There is no procedure Main."_s;
     } catch (const vbs::ScriptError &error) {

@@ -30,7 +30,7 @@ public:
         texts << text;
         return buttons == Ok ? AnswerOk : AnswerYes;
     }
-    void shellOpen(const QString &) override { }
+    bool shellOpen(const QString &) override { return true; }
 };
 
 /** Every row of every table, but for what the commands log about themselves. */
