@@ -114,7 +114,7 @@ QImage filmStrip(const std::shared_ptr<const CharacterFile> &character, const An
     QPainter painter(&strip);
     CharacterRenderer renderer(character);
     for (int i = 0; i < frames; ++i) {
-        const QRectF area(QPointF(i % columns * cell.width(), i / columns * cell.height()), QSizeF(cell));
+        const QRectF area(QRect(QPoint(i % columns * cell.width(), i / columns * cell.height()), cell));
         painter.setClipRect(area);
         painter.setPen(kRim);
         painter.drawRect(area);
