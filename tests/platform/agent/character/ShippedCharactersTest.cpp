@@ -2,10 +2,10 @@
 #include "SmallCharacter.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 using agent::Animation;
@@ -63,6 +63,15 @@ int mostOpaqueAtTheEdge(const QImage &image)
     for (int y = 0; y < image.height(); ++y)
         most = std::max({ most, qAlpha(image.pixel(0, y)), qAlpha(image.pixel(image.width() - 1, y)) });
     return most;
+}
+
+/** Processor time: the machine may be busy with other things. */
+template <typename Work>
+qreal processorMs(const Work &work)
+{
+    const std::clock_t start = std::clock();
+    work();
+    return 1000.0 * qreal(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 struct Shipped : testing::TestWithParam<std::string> {
@@ -196,21 +205,21 @@ TEST_P(Shipped, BlinkingClosesTheEyes)
 
 TEST_P(Shipped, IsLoadedAndPaintedFast)
 {
-    QElapsedTimer clock;
-    clock.start();
-    const auto again = CharacterFile::load(pathOf(GetParam()));
-    const qreal loading = qreal(clock.nsecsElapsed()) / 1e6;
+    const qreal loading = processorMs([this] { CharacterFile::load(pathOf(GetParam())); });
+    std::printf("%s: loaded in %.1f ms;", GetParam().c_str(), loading);
     const Animation &animation = named("Congratulate");
-    std::printf("%s: loaded in %.1f ms; a frame takes", GetParam().c_str(), loading);
+    constexpr int kFrames = 200;
     for (const qreal ratio : { 1.0, 2.0 }) {
-        renderer.image(file->restPose(), agent::kMouthOfPose, 1, ratio);
-        clock.restart();
-        const int frames = 200;
-        for (int i = 0; i < frames; ++i)
-            renderer.image(animation.at(i * 10), agent::kMouthOfPose, 1, ratio);
-        std::printf(" %.2f ms at %g x%s", qreal(clock.nsecsElapsed()) / 1e6 / frames, ratio, ratio < 2 ? "," : "\n");
+        const auto paint = [&](int ms) { renderer.image(animation.at(ms), agent::kMouthOfPose, 1, ratio); };
+        const qreal first = processorMs([&] { paint(0); });
+        const qreal all = processorMs([&] {
+            for (int i = 0; i < kFrames; ++i)
+                paint(i * 10);
+        });
+        std::printf(" at %g x the first frame in %.1f ms, the others in %.2f ms;", ratio, first, all / kFrames);
+        EXPECT_LT(all / kFrames, 20) << "a frame must not take a frame's time, not even under a sanitizer";
     }
-    EXPECT_EQ(again->parts().size(), file->parts().size());
+    std::printf("\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Shipped, testing::ValuesIn(builtCharacters()),
