@@ -5,7 +5,6 @@
 #include "core/Waits.h"
 #include "core/vbMain.h"
 #include "platform/vbscript/Ast.h"
-#include "platform/vbscript/Engine.h"
 #include "platform/vbscript/ScriptControl.h"
 #include "platform/vbscript/ScriptError.h"
 #include "platform/vbscript/Symbols.h"
@@ -54,9 +53,9 @@ void StoreScript(const QString &event, const QString &script)
 
 QString ScriptProblem(const QString &script)
 {
-    vbs::Engine engine; // for its names and its limits; nothing runs
+    vbs::SymbolTable names;
     try {
-        const std::shared_ptr<vbs::Unit> unit = vbs::parseScript(script, engine.symbols(), &engine);
+        const std::shared_ptr<vbs::Unit> unit = vbs::parseScript(script, names);
         const bool hasMain = std::any_of(unit->procedures.begin(), unit->procedures.end(), isMain);
         return hasMain ? QString() : u"There is no procedure Main."_s;
     } catch (const vbs::ScriptError &error) {
