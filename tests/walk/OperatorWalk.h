@@ -79,6 +79,7 @@ private:
     bool command(const char *name, const Forms &forms = {});
     /** The same for a command that may change rows. */
     bool change(const char *name, const Forms &forms = {});
+    void guarded(const std::function<void()> &act);
     bool canBeHad(const char *name);
     void triggerOrKey(const char *name);
     void driveForm(QDialog &form, const Forms &forms);
