@@ -1,3 +1,4 @@
+#include "platform/vbscript/Ast.h"
 #include "platform/vbscript/Engine.h"
 #include "platform/vbscript/Memory.h"
 #include "platform/vbscript/ScriptControl.h"
@@ -158,6 +159,21 @@ double statusMegabytes(const QByteArray &field)
     return -1;
 }
 
+}
+
+// Looking at a script without an engine, as the editor of event scripts does.
+TEST(Memory, CheckingTextsLeavesNothingCharged)
+{
+    const qint64 before = vbs::memory::used();
+    for (const QString &text : { u"Sub Main : name1 = 1 : End Sub"_s, u"Sub Main : name2 ="_s }) {
+        vbs::SymbolTable names;
+        try {
+            vbs::parseScript(text, names);
+        } catch (const vbs::ScriptError &error) {
+            EXPECT_EQ(error.number(), 1023);
+        }
+    }
+    EXPECT_EQ(vbs::memory::used(), before);
 }
 
 // Whatever a script piles up: it gets error 7 before the process has grown by more than its share.
