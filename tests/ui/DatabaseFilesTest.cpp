@@ -31,6 +31,7 @@ public:
         return buttons == Ok ? AnswerOk : AnswerYes;
     }
     bool shellOpen(const QString &) override { return true; }
+    bool hasProgramFor(const QString &) override { return true; }
 };
 
 /** Every row of every table, but for what the commands log about themselves. */
