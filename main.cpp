@@ -4,14 +4,14 @@
 #include "core/ProgramFolder.h"
 #include "core/vbMain.h"
 #include "editors/OperatorEditors.h"
-#include "notify/Notifications.h"
-#include "notify/options/frmOptions.h"
 #include "notify/AgentAnnouncer.h"
+#include "notify/Notifications.h"
 #include "notify/options/frmOptions.h"
 #include "platform/agent/window/AgentControl.h"
 #include "platform/agent/window/CharacterPicture.h"
 #include "platform/smtp/cKavroSMTP.h"
 #include "ui/DesktopDialogs.h"
+#include "ui/HelpPages.h"
 #include "ui/Palette.h"
 #include "ui/Start.h"
 #include "ui/TerminalEcho.h"
@@ -38,7 +38,9 @@ QWidget *picture(const QString &character, QWidget *parent)
     }
 }
 
-void openOptions(QWidget *window) { frmOptions(window, { picture, {} }).exec(); }
+void showHelp(const QString &optionsPage) { helppages::show(helppages::pageOf(optionsPage)); }
+
+void openOptions(QWidget *window) { frmOptions(window, { picture, showHelp }).exec(); }
 
 } // namespace
 

@@ -14,6 +14,8 @@ public:
     /** Shows a modal box and returns the answer. A box that is closed answers Cancel where it offers that, No for a
         yes/no question, OK where that is all it has. */
     virtual Answer messageBox(const QString &text, const QString &caption, Icon icon, Buttons buttons) = 0;
-    /** Asks the desktop to open a file or address; the result is not examined. */
-    virtual void shellOpen(const QString &target) = 0;
+    /** Asks the desktop to open a file or address. False when there is nothing that could even try. */
+    virtual bool shellOpen(const QString &target) = 0;
+    /** Whether the desktop has a program that shows files of this one's type. */
+    virtual bool hasProgramFor(const QString &file) = 0;
 };

@@ -1,5 +1,6 @@
 #include "core/vbMain.h"
 
+#include "core/Addresses.h"
 #include "core/Announcer.h"
 #include "core/Dialogs.h"
 #include "core/MainWindow.h"
@@ -10,8 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr QLatin1StringView kSupportAddress = "support@kavro.example"_L1;
 
 std::function<void(int)> s_endProgram;
 bool s_handling = false;

@@ -1,5 +1,6 @@
 #include "core/ProgramFolder.h"
 
+#include "core/Settings.h"
 #include "core/vbMain.h"
 
 #include <QCoreApplication>
@@ -39,7 +40,9 @@ QString nativePath(const QString &path)
     return native.replace(u'\\', u'/');
 }
 
-void ChooseProgramFolder()
+namespace {
+
+void settle()
 {
     const QString beside = QCoreApplication::applicationDirPath();
     const bool installed = SharedDataFolder() != beside;
@@ -55,4 +58,22 @@ void ChooseProgramFolder()
             continue;
         QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
     }
+}
+
+/** A missing log file is announced as one that got lost, which would be the first thing a new user hears. */
+void beginLog()
+{
+    if (QFileInfo::exists(SettingsFilePath()))
+        return;
+    QFile log(ProgramFolder() + "/log.txt"_L1);
+    if (!log.exists())
+        log.open(QIODevice::WriteOnly); // where it cannot be made, the first event tells so
+}
+
+} // namespace
+
+void ChooseProgramFolder()
+{
+    settle();
+    beginLog();
 }

@@ -42,8 +42,7 @@ void CheckDatabaseErrors()
 
 QString GeneralDate(const QDateTime &when) { return dao::generalDateText(when); }
 
-void ShellOpen(const QString &FilePath)
+bool ShellOpen(const QString &FilePath)
 {
-    if (vbMain().dialogs)
-        vbMain().dialogs->shellOpen(FilePath);
+    return vbMain().dialogs && vbMain().dialogs->shellOpen(FilePath);
 }

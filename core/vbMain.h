@@ -58,8 +58,8 @@ void DBRecordEvent(const QDateTime &EventDate, const QString &EventType, const Q
 [[noreturn]] void ErrorHandler(long ErrNumber, const QString &ErrDescription, const char *ProcName);
 /** Throws the last error of the database engine's collection, if there is one: the second net after a statement. */
 void CheckDatabaseErrors();
-/** Opens a file or address with the desktop's "Open". */
-void ShellOpen(const QString &FilePath);
+/** Opens a file or address with the desktop's "Open". False when there is nothing that could even try. */
+bool ShellOpen(const QString &FilePath);
 
 /** Thrown by a test's hook in place of ending the process; no trap reports it again. */
 struct ProgramEnded {

@@ -81,8 +81,8 @@ QWidget *frmPortList::modeBox()
     auto *box = new QGroupBox(tr("Mode"), this);
     auto *rows = new QVBoxLayout(box);
     for (int i = 0; i < ModeCount; ++i) {
-        QString role = tr(captions[i]);
-        m_modes[i] = named(new QRadioButton(role, box), "optArray", i, role.remove(u'&'));
+        const QString caption = tr(captions[i]);
+        m_modes[i] = named(new QRadioButton(caption, box), "optArray", i, QString(caption).remove(u'&'));
         connect(m_modes[i], &QRadioButton::clicked, this, [this, i] { choose(Mode(i)); });
         rows->addWidget(m_modes[i]);
     }

@@ -4,13 +4,17 @@
 #include "ui/DeviceTree.h"
 #include "ui/Editors.h"
 #include "ui/EventList.h"
+#include "ui/HelpPages.h"
 #include "ui/StatusList.h"
 
+#include "core/Addresses.h"
 #include "core/Announcer.h"
+#include "core/Dialogs.h"
 #include "core/Settings.h"
 #include "core/vbMain.h"
 
 #include <QComboBox>
+#include <QFileInfo>
 #include <QMainWindow>
 #include <QStatusBar>
 #include <QToolBar>
@@ -111,6 +115,23 @@ void CommandHandlers::portList() { m_parts.editors->portList(m_editedTree); }
 void CommandHandlers::about() { m_parts.editors->about(m_editedTree); }
 
 void CommandHandlers::options() { m_parts.editors->options(m_editedTree); }
+
+void CommandHandlers::helpContents()
+{
+    const QString help = nativePath(ProgramFolder() + u"\\Kavro2000.chm"_s);
+    if (QFileInfo::exists(help) && vbMain().dialogs->hasProgramFor(help))
+        ShellOpen(u"file://"_s + help);
+    else
+        helppages::show(u"index.html"_s);
+}
+
+void CommandHandlers::webSite()
+{
+    if (!ShellOpen(kWebSite))
+        vbMain().dialogs->messageBox(QObject::tr("No program was found that shows web sites. The address is:")
+                + u"\r\n"_s + kWebSite,
+            AppTitle(), Dialogs::Information, Dialogs::Ok);
+}
 
 void CommandHandlers::nodeProperties()
 {

@@ -59,6 +59,8 @@ public:
     void portList();
     void about();
     void options();
+    void helpContents();
+    void webSite();
     void nodeProperties();
     void nodeDetails();
     void rowProperties();

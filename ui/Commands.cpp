@@ -141,6 +141,9 @@ const std::array kCommands {
 
     Command { "mnuPortList", "&Port List...", nullptr, "view_list", "Edit the catalogue of known ports",
         &H::portList, editorsIdle, hasEditors },
+    Command { "mnuHelpContentsIndex", "&Contents and Index", "F1", "help", "Open the help", &H::helpContents },
+    Command { "mnuAboutKavroWebSite", "Kavro &Web Site", nullptr, nullptr, "Open the web site of the program",
+        &H::webSite },
     Command { "mnuHelpAbout", "&About...", nullptr, nullptr, "Show the version of the program", &H::about,
         hasEditors, hasEditors },
 
@@ -162,7 +165,7 @@ const std::array kCommands {
         Scope::Tree },
     Command { "mnutvDeletePort", "&Delete Port", "Del", "delete", "Delete the selected check", &H::deletePort,
         portIdle, onPort, nullptr, Scope::Tree },
-    Command { "mnutvPortDetails", "Port De&tails", nullptr, "details",
+    Command { "mnutvPortDetails", "Port De&tails", "Ctrl+D", "details",
         "Show the history of the selected check", &H::nodeDetails, nodeHasDetails, nodeHasDetails, nullptr,
         Scope::Tree },
     Command { "mnutvProperties", "&Properties", "Alt+Return", "properties", "Edit the selected object",
@@ -170,7 +173,7 @@ const std::array kCommands {
 
     Command { "mnulvRefresh", "&Refresh", "[F5]", "refresh", "Read tree and list again from the database",
         &H::refresh },
-    Command { "mnulvRightClickDetails", "De&tails", nullptr, "details",
+    Command { "mnulvRightClickDetails", "De&tails", "Ctrl+D", "details",
         "Show the history of the selected check", &H::rowDetails, rowHasDetails, rowHasDetails, nullptr,
         Scope::List },
     Command { "mnulvRightClickProperties", "&Properties", "Alt+Return", "properties",
@@ -205,7 +208,7 @@ const std::array kMenus {
     Menu { "mnuTools", "&Tools",
         { "mnuPortList", "-", "mnuToolsListen", "-", "mnuResetCounters", "mnuCompactDatabase", ">mnuToolsAdvanced" } },
     Menu { "mnuToolsAdvanced", "&Advanced", { "mnuToolsAdvancedClearEventLog", "mnuToolsClearRegistry" } },
-    Menu { "mnuHelp", "&Help", { "mnuHelpAbout" } },
+    Menu { "mnuHelp", "&Help", { "mnuHelpContentsIndex", "-", "mnuAboutKavroWebSite", "mnuHelpAbout" } },
     Menu { "mnuListViewMode", "List View &Mode",
         { "mnuViewLargeIcons", "mnuViewSmallIcons", "mnuViewList", "mnuViewDetails" } },
     Menu { "mnuViews", "Views",

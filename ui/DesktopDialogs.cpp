@@ -1,5 +1,6 @@
 #include "ui/DesktopDialogs.h"
 
+#include "platform/desktop/DefaultPrograms.h"
 #include "platform/desktop/MessageBoxes.h"
 #include "platform/desktop/ShellOpen.h"
 #include "ui/TerminalEcho.h"
@@ -17,4 +18,6 @@ Dialogs::Answer DesktopDialogs::messageBox(
         QApplication::activeWindow(), text, caption, desktop::Icon(icon), desktop::Buttons(buttons)));
 }
 
-void DesktopDialogs::shellOpen(const QString &target) { desktop::shellOpen(target); }
+bool DesktopDialogs::shellOpen(const QString &target) { return desktop::shellOpen(target); }
+
+bool DesktopDialogs::hasProgramFor(const QString &file) { return desktop::hasProgramFor(file); }

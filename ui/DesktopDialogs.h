@@ -16,7 +16,8 @@ public:
     }
 
     Answer messageBox(const QString &text, const QString &caption, Icon icon, Buttons buttons) override;
-    void shellOpen(const QString &target) override;
+    bool shellOpen(const QString &target) override;
+    bool hasProgramFor(const QString &file) override;
 
 private:
     TerminalEcho *m_terminal;

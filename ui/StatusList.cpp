@@ -131,10 +131,9 @@ void StatusList::show(
     m_model->fill(columns, rows);
     m_shown = { shown, key };
     sizeCells();
-    if (!sameNode) {
-        sizeColumns();
+    sizeColumns(sameNode);
+    if (!sameNode)
         return;
-    }
     // The same list after a check: the operator keeps the place.
     const QList<StatusRow> now = shownRows();
     for (int i = 0; i < now.size(); ++i) {
@@ -144,12 +143,19 @@ void StatusList::show(
     view()->verticalScrollBar()->setValue(scrolled);
 }
 
-void StatusList::sizeColumns()
+/** Fits the columns to their texts. Those of a list that is shown already only grow, for "Failed since" is longer than
+ * "Connected"; one that the operator has dragged stays. */
+void StatusList::sizeColumns(bool sameNode)
 {
+    m_fitted.resize(m_sorted->columnCount());
     for (int column = 0; column < m_sorted->columnCount() - 1; ++column) {
+        const int before = m_details->columnWidth(column);
+        if (sameNode && before != m_fitted.at(column))
+            continue;
         m_details->resizeColumnToContents(column);
-        m_details->setColumnWidth(
-            column, qBound(kNarrowestColumn, m_details->columnWidth(column), kWidestColumn));
+        const int least = sameNode ? before : kNarrowestColumn;
+        m_fitted[column] = qMax(least, qMin(m_details->columnWidth(column), kWidestColumn));
+        m_details->setColumnWidth(column, m_fitted.at(column));
     }
 }
 

@@ -53,7 +53,7 @@ private:
     void setUpIcons();
     void setUpView(QAbstractItemView &view);
     void show(NodeLevel shown, const QString &key, const QStringList &columns, const QList<StatusRow> &rows);
-    void sizeColumns();
+    void sizeColumns(bool sameNode);
     void sizeCells();
     void activate(const QModelIndex &index);
 
@@ -64,4 +64,5 @@ private:
     QItemSelectionModel *m_selection;
     ViewMode m_mode = ViewMode::LargeIcons;
     std::pair<NodeLevel, QString> m_shown { NodeLevel::None, {} };
+    QList<int> m_fitted; // the widths that the columns were given, unlike those that the operator chose
 };

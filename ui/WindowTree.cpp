@@ -23,7 +23,12 @@ void WindowTree::addNode(
 
 void WindowTree::removeNode(NodeLevel level, const QString &key) { m_parts.tree.removeNode(level, key); }
 
-void WindowTree::selectNode(NodeLevel level, const QString &key) { m_parts.tree.selectNode(level, key); }
+void WindowTree::selectNode(NodeLevel level, const QString &key)
+{
+    m_parts.tree.selectNode(level, key);
+    // What was just made is where the next key belongs: back to its group, or on to its checks.
+    m_parts.tree.setFocus();
+}
 
 void WindowTree::refreshViews()
 {

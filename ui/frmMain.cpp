@@ -14,6 +14,7 @@
 #include "ui/DeviceTree.h"
 #include "ui/Editors.h"
 #include "ui/EventList.h"
+#include "ui/HelpPages.h"
 #include "ui/ImageList.h"
 #include "ui/Panes.h"
 #include "ui/PushToTalk.h"
@@ -89,6 +90,7 @@ frmMain::frmMain(Editors *editors, TerminalEcho *echo)
     setTabOrder(m_tree, m_views);
     setTabOrder(m_views, m_lists);
     new PushToTalk(this);
+    new ContextHelp(this);
     updateCommands();
 }
 
@@ -257,7 +259,17 @@ void frmMain::NodeClick(NodeLevel level, const QString &key)
     });
 }
 
-void frmMain::openRow(NodeLevel level, const QString &key) { m_tree->selectNode(level, key); }
+/** Goes down to the row; one that is shown already has nothing below it and opens itself. */
+void frmMain::openRow(NodeLevel level, const QString &key)
+{
+    if (level != m_tree->currentLevel() || key != m_tree->currentKey()) {
+        m_tree->selectNode(level, key);
+        return;
+    }
+    updateCommands();
+    const bool hasDetails = commandState().rowHasDetails;
+    m_commands->action(hasDetails ? "mnulvRightClickDetails" : "mnulvRightClickProperties")->trigger();
+}
 
 void frmMain::chooseView(int index)
 {

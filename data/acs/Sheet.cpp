@@ -11,12 +11,14 @@ using agent::CharacterRenderer;
 
 namespace {
 
-constexpr int kFrame = 116;
+constexpr int kFrame = 112;
 constexpr int kLabel = 20;
 constexpr int kTitle = 40;
 constexpr int kGap = 10;
 constexpr int kColumns = 4;
-constexpr qreal kMoments[] = { 0.22, 0.5, 0.85 };
+constexpr int kOverlap = 9; // a frame has air beside its figure
+constexpr int kRow = kFrame + 2 * kOverlap;
+constexpr qreal kMoments[] = { 0.3, 0.55, 0.8 };
 constexpr int kCell = int(std::size(kMoments)) * kFrame;
 constexpr QColor kPaper(0xf4, 0xf5, 0xf8), kCard(0xff, 0xff, 0xff), kRim(0xd9, 0xdd, 0xe6), kInk(0x25, 0x2a, 0x3a);
 
@@ -30,8 +32,8 @@ const QStringList kShown = { u"Show"_s, u"Hide"_s, u"RestPose"_s, u"Speaking"_s,
 
 QRect cellAt(int index, int top)
 {
-    return { kGap + index % kColumns * (kCell + kGap), top + index / kColumns * (kFrame + kLabel + kGap), kCell,
-             kFrame + kLabel };
+    return { kGap + index % kColumns * (kCell + kGap), top + index / kColumns * (kRow + kLabel + kGap), kCell,
+             kRow + kLabel };
 }
 
 QFont font(int pixels, bool bold)
@@ -54,7 +56,7 @@ void paintCell(QPainter &painter, CharacterRenderer &renderer, const Animation &
     painter.setClipRect(cell);
     for (std::size_t i = 0; i < std::size(kMoments); ++i) {
         const bool speaks = animation.name() == "Speaking"_L1;
-        renderer.paint(painter, QRectF(cell.left() + int(i) * kFrame, cell.top() + 1, kFrame, kFrame),
+        renderer.paint(painter, QRectF(cell.left() + int(i) * kFrame - kOverlap, cell.top() + 2, kRow, kRow),
                        animation.at(int(kMoments[i] * animation.durationMs())),
                        speaks ? 2 + int(i) * 2 : agent::kMouthOfPose);
     }
@@ -74,7 +76,7 @@ QList<const Animation *> shownOf(const CharacterFile &character)
 int heightOf(const CharacterFile &character)
 {
     const int rows = int(shownOf(character).size() + kColumns - 1) / kColumns;
-    return kTitle + rows * (kFrame + kLabel + kGap);
+    return kTitle + rows * (kRow + kLabel + kGap);
 }
 
 } // namespace
@@ -112,7 +114,7 @@ QImage filmStrip(const std::shared_ptr<const CharacterFile> &character, const An
     QPainter painter(&strip);
     CharacterRenderer renderer(character);
     for (int i = 0; i < frames; ++i) {
-        const QRectF area(QPointF(i % columns * cell.width(), i / columns * cell.height()), QSizeF(cell));
+        const QRectF area(QRect(QPoint(i % columns * cell.width(), i / columns * cell.height()), cell));
         painter.setClipRect(area);
         painter.setPen(kRim);
         painter.drawRect(area);

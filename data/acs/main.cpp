@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using agent::CharacterFile;
@@ -108,8 +110,10 @@ constexpr Verb kVerbs[] = { { u"pack", 2, 2, pack },
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication app(argc, argv);
-    const QStringList args = app.arguments().mid(1);
+    const bool writesText = argc > 1 && std::strcmp(argv[1], "sheet") == 0; // fonts need the whole of Qt Gui
+    const std::unique_ptr<QCoreApplication> app(writesText ? new QGuiApplication(argc, argv)
+                                                           : new QCoreApplication(argc, argv));
+    const QStringList args = app->arguments().mid(1);
     for (const Verb &verb : kVerbs) {
         if (args.value(0) != QStringView(verb.name) || args.size() - 1 < verb.least || args.size() - 1 > verb.most)
             continue;

@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -44,6 +45,19 @@ void tellProgress(qint64 done, qint64 total)
     std::fflush(stdout);
 }
 
+/** Own messages; the library's warnings about a damaged file may be endless. */
+FILE *s_messages = stderr;
+
+void keepLibraryQuiet()
+{
+    const int own = dup(STDERR_FILENO);
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (own < 0 || nowhere < 0)
+        return;
+    s_messages = fdopen(own, "w");
+    dup2(nowhere, STDERR_FILENO);
+}
+
 void limitSelf()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -69,11 +83,11 @@ int import(const QString &from, const QString &to, bool withProgress)
         print(stdout, report.isComplete() ? u"Complete."_s : u"Imported, but for what is noted above."_s);
         return EXIT_SUCCESS;
     } catch (const jet::Error &error) {
-        print(stderr, u"kavro-import: %1: %2"_s.arg(from, error.text()));
+        print(s_messages, u"kavro-import: %1: %2"_s.arg(from, error.text()));
     } catch (const VbError &error) {
-        print(stderr, u"kavro-import: %1: %2"_s.arg(to, error.description()));
+        print(s_messages, u"kavro-import: %1: %2"_s.arg(to, error.description()));
     } catch (const std::exception &error) {
-        print(stderr, u"kavro-import: %1: The file is damaged (%2)."_s.arg(from, QString::fromUtf8(error.what())));
+        print(s_messages, u"kavro-import: %1: The file is damaged (%2)."_s.arg(from, QString::fromUtf8(error.what())));
     }
     return EXIT_FAILURE;
 }
@@ -101,7 +115,7 @@ int finish(const QString &from, const QString &to, pid_t child, int status)
     const QString reason = signal == SIGKILL ? u"The import was ended."_s
         : signal == SIGXCPU                  ? u"The file is damaged; reading it does not come to an end."_s
                                              : u"The file is damaged beyond what can be read."_s;
-    print(stderr, u"kavro-import: %1: %2"_s.arg(from, reason));
+    print(s_messages, u"kavro-import: %1: %2"_s.arg(from, reason));
     return EXIT_FAILURE;
 }
 
@@ -130,13 +144,14 @@ int main(int argc, char **argv)
     }
     if (child == 0) {
         limitSelf();
+        keepLibraryQuiet();
         const QCoreApplication app(argc, argv);
         return import(from, to, withProgress);
     }
     try {
         return finish(from, to, child, superviseChild(child, signals_));
     } catch (const VbError &error) {
-        print(stderr, u"kavro-import: "_s + error.description());
+        print(s_messages, u"kavro-import: "_s + error.description());
         return EXIT_FAILURE;
     }
 }

@@ -60,7 +60,8 @@ void OptionField::showText(const QString &text)
     if (show(text)) {
         m_remark = remark();
     } else {
-        m_remark = tr("“%1” is stored here, which cannot be used. The default is shown; OK stores what is shown.").arg(text);
+        m_remark = tr("“%1” is stored here, which cannot be used. The default is shown; OK stores what is shown.")
+                       .arg(text);
         m_shown = fallback();
         show(m_shown);
     }

@@ -8,8 +8,11 @@
 
 #include <QCheckBox>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPushButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -23,6 +26,23 @@ bool same(const char *a, const char *b) { return QByteArrayView(a) == QByteArray
 bool fills(options::Editor editor)
 {
     return editor == options::Editor::Servers || editor == options::Editor::Character;
+}
+
+/** Looks like a link and works like a button, so that Enter and the space bar follow it. */
+QPushButton *linkButton(const QString &text, QWidget *parent)
+{
+    auto *link = new QPushButton(text, parent);
+    link->setFlat(true);
+    link->setCursor(Qt::PointingHandCursor);
+    QFont font = link->font();
+    font.setUnderline(true);
+    link->setFont(font);
+    // As wide as its text: a button's usual width would put short ones into its middle.
+    link->setFixedWidth(QFontMetrics(font).horizontalAdvance(text) + 2 * link->fontMetrics().averageCharWidth());
+    QPalette palette = link->palette();
+    palette.setColor(QPalette::ButtonText, palette.color(QPalette::Link));
+    link->setPalette(palette);
+    return link;
 }
 
 } // namespace
@@ -46,6 +66,8 @@ OptionPage::OptionPage(const options::Page &page, QWidget *parent)
     if (!std::any_of(m_fields.begin(), m_fields.end(), [](OptionField *each) { return fills(each->row().editor); }))
         m_column->addStretch(1);
     setWidget(m_content);
+    // What does not wrap stays visible; pages scroll up and down only.
+    setMinimumWidth(m_content->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
     // A frame of its own colour would cut the dialog in two.
     viewport()->setAutoFillBackground(false);
     m_content->setAutoFillBackground(false);
@@ -139,27 +161,31 @@ void OptionPage::connectNeeds()
 void OptionPage::makeSpecials()
 {
     if (!m_page.parent)
-        m_column->addWidget(overview());
+        m_column->addLayout(overview());
     if (same(m_page.key, "EventScripting"))
         m_column->addWidget(new ScriptPanel(m_content));
 }
 
-QWidget *OptionPage::overview()
+QLayout *OptionPage::overview()
 {
-    QString text = u"<table cellspacing='0' cellpadding='3'>"_s;
+    auto *grid = new QGridLayout;
+    grid->setColumnStretch(1, 1);
+    grid->setVerticalSpacing(0);
     for (const options::Page &page : options::pages()) {
         if (!page.parent)
             continue;
-        text += u"<tr><td style='white-space:nowrap; padding-right:18px'><a href='%1'>%2</a></td><td>%3</td></tr>"_s.arg(
-            QString::fromLatin1(page.key), options::tr(page.label), options::tr(page.purpose));
+        const QString label = options::tr(page.label);
+        QPushButton *link = linkButton(label, m_content);
+        link->setObjectName(u"link"_s + QString::fromLatin1(page.key));
+        connect(link, &QPushButton::clicked, this, [this, &page] { emit asked(QString::fromLatin1(page.key)); });
+        QLabel *purpose = desktop::mutedLabel(options::tr(page.purpose), m_content);
+        purpose->setWordWrap(false);
+        purpose->setAlignment(Qt::AlignVCenter | Qt::AlignLeft);
+        const int line = grid->rowCount();
+        grid->addWidget(link, line, 0, Qt::AlignLeft);
+        grid->addWidget(purpose, line, 1);
     }
-    auto *label = new QLabel(text + "</table>"_L1, m_content);
-    label->setObjectName(u"overview"_s);
-    label->setAccessibleName(tr("Pages of the options"));
-    label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    label->setWordWrap(true);
-    connect(label, &QLabel::linkActivated, this, &OptionPage::asked);
-    return label;
+    return grid;
 }
 
 OptionField *OptionPage::field(const char *key) const

@@ -8,7 +8,7 @@
 class NoteLabel;
 class OptionField;
 class QFormLayout;
-class QLabel;
+class QVBoxLayout;
 
 /** One page of the options dialog: a heading, its settings, and what is special about it. */
 class OptionPage : public QScrollArea
@@ -37,11 +37,11 @@ private:
     QFormLayout *rowsOf(const char *group);
     void connectNeeds();
     void makeSpecials();
-    QWidget *overview();
+    QLayout *overview();
 
     const options::Page &m_page;
     QWidget *m_content;
-    class QVBoxLayout *m_column;
+    QVBoxLayout *m_column;
     NoteLabel *m_problem = nullptr;
     QHash<QByteArray, QFormLayout *> m_groups;
     QList<OptionField *> m_fields;

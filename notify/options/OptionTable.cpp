@@ -124,7 +124,8 @@ constexpr Row kRows[] = {
         { .check = &pageFileProblem, .picker = &kPageFilePicker } },
     { kHtml, kOptions, "HTMLTemplateFile", File, "&Template:", "The file that the page is made from.",
         { .check = &templateFileProblem, .picker = &kTemplateFilePicker } },
-    { kHtml, kOptions, "HTMLRefresh", Number, "Minutes until re&load:", "How often a browser that shows the page loads it again.",
+    { kHtml, kOptions, "HTMLRefresh", Number, "Minutes until re&load:",
+        "How often a browser that shows the page loads it again.",
         { .low = 0.1, .high = 10080, .decimals = 2 } },
 
     { kDatabase, kOptions, "DBExclusive", Check, "Open the database &exclusively",

@@ -83,8 +83,8 @@ void ScriptForm::load()
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) || file.size() > kLargestFile) {
         const QString reason = file.isOpen() ? tr("It is larger than a script can be.") : file.errorString();
-        vbMain().dialogs->messageBox(
-            tr("The file %1 could not be loaded.\n%2").arg(path, reason), AppTitle(), Dialogs::Information, Dialogs::Ok);
+        vbMain().dialogs->messageBox(tr("The file %1 could not be loaded.\n%2").arg(path, reason), AppTitle(),
+            Dialogs::Information, Dialogs::Ok);
         return;
     }
     m_text->setPlainText(decoded(file.readAll()));

@@ -68,7 +68,8 @@ void ServerForm::makeBoxes()
     m_host->setMinimumWidth(kWidth * fontMetrics().averageCharWidth());
     m_encryption = new QComboBox(this);
     m_encryption->setObjectName(u"encryption"_s);
-    m_encryption->addItems({ tr("When the server offers it"), tr("Always (STARTTLS)"), tr("Always, from the first byte (SMTPS)") });
+    m_encryption->addItems(
+        { tr("When the server offers it"), tr("Always (STARTTLS)"), tr("Always, from the first byte (SMTPS)") });
     m_port = new QSpinBox(this);
     m_port->setObjectName(u"port"_s);
     m_port->setRange(1, 65535);

@@ -16,6 +16,8 @@
 #include <QStyle>
 #include <QTreeWidget>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -49,7 +51,7 @@ frmOptions::~frmOptions() { s_lastTime = { currentPage(), size() }; }
 void frmOptions::Options_Load()
 {
     makeTree();
-    makePages();
+    m_stack = new QStackedWidget(this);
     auto *body = new QHBoxLayout;
     body->addWidget(m_tree);
     body->addSpacing(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
@@ -59,13 +61,16 @@ void frmOptions::Options_Load()
     column->addLayout(body, 1);
     column->addLayout(buttons);
     makeButtons(*buttons);
-    loadFields();
     const QSize usual(kSizeInCharacters.width() * fontMetrics().averageCharWidth(),
         kSizeInCharacters.height() * fontMetrics().lineSpacing());
     const QSize most = screen()->availableSize() * 0.9;
     resize(s_lastTime.size.isValid() ? s_lastTime.size : usual.boundedTo(most));
     showPage(s_lastTime.page);
     m_tree->setFocus();
+    // The other pages are made one by one, so that the window is not held up by what nobody sees yet.
+    m_making.setInterval(0);
+    connect(&m_making, &QTimer::timeout, this, [this] { Trap("Options_Load", [this] { makeNextPage(); }); });
+    m_making.start();
 }
 
 void frmOptions::makeTree()
@@ -92,25 +97,58 @@ void frmOptions::makeTree()
     m_tree->header()->setStretchLastSection(false);
     m_tree->resizeColumnToContents(0);
     m_tree->setColumnWidth(1, 2 * sign);
-    m_tree->setFixedWidth(m_tree->columnWidth(0) + m_tree->columnWidth(1) + 2 * m_tree->frameWidth());
-}
-
-void frmOptions::makePages()
-{
-    m_stack = new QStackedWidget(this);
-    for (const options::Page &page : options::pages()) {
-        auto *made = new OptionPage(page, m_stack);
-        m_stack->addWidget(made);
-        m_pages << made;
-        connect(made, &OptionPage::changed, this, &frmOptions::updateProblems);
-        connect(made, &OptionPage::asked, this, &frmOptions::showPage);
-    }
-    if (auto *characters = qobject_cast<CharacterField *>(field("Character")))
-        characters->setPreview(m_helpers.preview);
     connect(m_tree, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem *item) {
         if (item)
             turnTo(item->data(0, kKey).toString());
     });
+    m_tree->setFixedWidth(m_tree->columnWidth(0) + m_tree->columnWidth(1) + 2 * m_tree->frameWidth());
+}
+
+OptionPage *frmOptions::pageOf(const QString &key)
+{
+    OptionPage *&page = m_pages[key];
+    if (page)
+        return page;
+    const auto pages = options::pages();
+    const auto found
+        = std::find_if(pages.begin(), pages.end(), [&](const auto &each) { return key == latin(each.key); });
+    Q_ASSERT(found != pages.end());
+    page = new OptionPage(*found, m_stack);
+    m_stack->addWidget(page);
+    if (auto *characters = qobject_cast<CharacterField *>(page->field("Character")))
+        characters->setPreview(m_helpers.preview);
+    for (OptionField *each : page->fields())
+        each->load();
+    connect(page, &OptionPage::changed, this, &frmOptions::updateProblems);
+    connect(page, &OptionPage::asked, this, &frmOptions::showPage);
+    putButtonsLast(*page);
+    return page;
+}
+
+void frmOptions::makeNextPage()
+{
+    for (const options::Page &page : options::pages()) {
+        if (m_pages.contains(latin(page.key)))
+            continue;
+        pageOf(latin(page.key));
+        return;
+    }
+    m_making.stop();
+    updateProblems();
+}
+
+/** A page that is made later would come behind the buttons in the order of the Tab key. */
+void frmOptions::putButtonsLast(const OptionPage &page)
+{
+    QWidget *last = m_tree;
+    for (QWidget *each = m_tree->nextInFocusChain(); each != m_tree; each = each->nextInFocusChain()) {
+        if (page.isAncestorOf(each) && each->focusPolicy() & Qt::TabFocus)
+            last = each;
+    }
+    for (QPushButton *each : std::as_const(m_buttons)) {
+        setTabOrder(last, each);
+        last = each;
+    }
 }
 
 void frmOptions::makeButtons(QHBoxLayout &row)
@@ -128,7 +166,8 @@ void frmOptions::makeButtons(QHBoxLayout &row)
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, [this] { Trap("Options_Save", [this] { Options_Save(); }); });
     connect(button(tr("Cancel"), "cmdArray(1)", row), &QPushButton::clicked, this, &QDialog::reject);
-    const std::pair<QKeySequence, int> steps[] = { { Qt::CTRL | Qt::Key_PageDown, 1 }, { Qt::CTRL | Qt::Key_PageUp, -1 } };
+    const std::pair<QKeySequence, int> steps[]
+        = { { Qt::CTRL | Qt::Key_PageDown, 1 }, { Qt::CTRL | Qt::Key_PageUp, -1 } };
     for (const auto &[key, by] : steps)
         connect(new QShortcut(key, this), &QShortcut::activated, this, [this, by = by] { stepPage(by); });
 }
@@ -139,60 +178,49 @@ QPushButton *frmOptions::button(const QString &text, const char *name, QHBoxLayo
     made->setObjectName(latin(name));
     made->setAutoDefault(false);
     row.addWidget(made);
+    m_buttons << made;
     return made;
-}
-
-void frmOptions::loadFields()
-{
-    for (OptionPage *page : std::as_const(m_pages)) {
-        for (OptionField *each : page->fields())
-            each->load();
-    }
-    updateProblems();
 }
 
 void frmOptions::showPage(const QString &key) { m_tree->setCurrentItem(m_items.value(key, m_tree->topLevelItem(0))); }
 
-QString frmOptions::currentPage() const { return m_pages.at(m_stack->currentIndex())->key(); }
+QString frmOptions::currentPage() const { return static_cast<OptionPage *>(m_stack->currentWidget())->key(); }
+
+bool frmOptions::isComplete() const { return m_pages.size() == qsizetype(options::pages().size()); }
 
 void frmOptions::turnTo(const QString &key)
 {
-    for (OptionPage *page : std::as_const(m_pages)) {
-        if (page->key() != key)
-            continue;
-        m_stack->setCurrentWidget(page);
-        m_restore->setEnabled(!page->fields().isEmpty());
-    }
+    OptionPage *page = pageOf(key);
+    m_stack->setCurrentWidget(page);
+    m_restore->setEnabled(!page->fields().isEmpty());
 }
 
 void frmOptions::stepPage(int by)
 {
-    const int count = int(m_pages.size());
-    showPage(m_pages.at((m_stack->currentIndex() + by + count) % count)->key());
-}
-
-void frmOptions::restoreDefaults()
-{
-    m_pages.at(m_stack->currentIndex())->showDefaults();
-}
-
-OptionField *frmOptions::field(const char *key) const
-{
-    for (const OptionPage *page : m_pages) {
-        if (OptionField *found = page->field(key))
-            return found;
+    const auto pages = options::pages();
+    const int count = int(pages.size());
+    const QString present = currentPage();
+    for (int i = 0; i < count; ++i) {
+        if (present == latin(pages[size_t(i)].key))
+            return showPage(latin(pages[size_t((i + by + count) % count)].key));
     }
-    return nullptr;
 }
 
-QString frmOptions::smtpPageProblem() const
+void frmOptions::restoreDefaults() { pageOf(currentPage())->showDefaults(); }
+
+QString frmOptions::smtpPageProblem()
 {
-    const bool mailOn = field("SendOnFailure")->text() == "1"_L1 && field("SendUsingSMTP")->text() == "1"_L1;
-    return options::smtpProblem({ field("MailServer")->text(), field("MailFrom")->text(), mailOn });
+    const OptionPage *mail = pageOf(u"FailureNotification"_s);
+    const OptionPage *smtp = pageOf(u"SMTP"_s);
+    const bool mailOn
+        = mail->field("SendOnFailure")->text() == "1"_L1 && mail->field("SendUsingSMTP")->text() == "1"_L1;
+    return options::smtpProblem({ smtp->field("MailServer")->text(), smtp->field("MailFrom")->text(), mailOn });
 }
 
 void frmOptions::updateProblems()
 {
+    if (!isComplete())
+        return; // it is looked at when the last page stands
     for (OptionPage *page : std::as_const(m_pages)) {
         if (page->key() == "SMTP"_L1)
             page->setProblem(smtpPageProblem());
@@ -206,6 +234,8 @@ void frmOptions::updateProblems()
 
 void frmOptions::Options_Save()
 {
+    while (!isComplete())
+        makeNextPage();
     if (const QString problem = smtpPageProblem(); !problem.isEmpty() && vbMain().announcer) {
         ResultTable lines = MSAgentSpeak(u"Options-SMTP"_s);
         ReplaceInText(lines, u"<VAL>"_s, problem);

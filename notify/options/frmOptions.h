@@ -4,10 +4,10 @@
 
 #include <QDialog>
 #include <QHash>
+#include <QTimer>
 
 #include <functional>
 
-class OptionField;
 class OptionPage;
 class QHBoxLayout;
 class QPushButton;
@@ -32,26 +32,30 @@ public:
     /** Shows a page by its key. */
     void showPage(const QString &key);
     QString currentPage() const;
+    /** Whether all pages are made; those that are not shown follow the first one by and by. */
+    bool isComplete() const;
 
 private:
     void Options_Load();
     void Options_Save();
     void makeTree();
-    void makePages();
+    OptionPage *pageOf(const QString &key);
+    void makeNextPage();
+    void putButtonsLast(const OptionPage &page);
     void makeButtons(QHBoxLayout &row);
     QPushButton *button(const QString &text, const char *name, QHBoxLayout &row);
-    void loadFields();
     void restoreDefaults();
     void turnTo(const QString &key);
     void stepPage(int by);
     void updateProblems();
-    QString smtpPageProblem() const;
-    OptionField *field(const char *key) const;
+    QString smtpPageProblem();
 
     Helpers m_helpers;
     QTreeWidget *m_tree = nullptr;
     QStackedWidget *m_stack = nullptr;
     QPushButton *m_restore = nullptr;
-    QList<OptionPage *> m_pages;
+    QList<QPushButton *> m_buttons;
+    QTimer m_making;
+    QHash<QString, OptionPage *> m_pages;
     QHash<QString, QTreeWidgetItem *> m_items;
 };

@@ -115,15 +115,17 @@ private:
     {
         if (items.parts.empty())
             fail(ErrorNumber::BadData, u"The voice grammar has nothing before a \"%1\"."_s.arg(m_text[m_at]));
-        Node repeated{ m_text[m_at] == u'*' ? Kind::AnyNumber : Kind::OneOrMore, {}, {} };
-        repeated.parts.push_back(std::move(items.parts.back()));
-        items.parts.back() = std::move(repeated);
-        ++m_at;
-        // More of these say nothing new, but would nest without end.
-        while (m_at < m_text.size() && (m_text[m_at] == u'*' || m_text[m_at] == u'+')) {
-            if (m_text[m_at++] == u'*')
-                items.parts.back().kind = Kind::AnyNumber;
+        Node &last = items.parts.back();
+        const Kind kind = m_text[m_at++] == u'*' ? Kind::AnyNumber : Kind::OneOrMore;
+        // A second sign says little new, and must not nest: "a* * * *".
+        if (last.kind == Kind::AnyNumber || last.kind == Kind::OneOrMore) {
+            if (kind == Kind::AnyNumber)
+                last.kind = kind;
+            return;
         }
+        Node repeated{ kind, {}, {} };
+        repeated.parts.push_back(std::move(last));
+        last = std::move(repeated);
     }
 
     void item(Node &items)

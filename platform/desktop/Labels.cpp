@@ -11,8 +11,11 @@ QLabel *mutedLabel(const QString &text, QWidget *parent)
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     label->setForegroundRole(QPalette::PlaceholderText);
-    // Takes the width there is instead of wrapping into a narrow block.
-    label->setSizePolicy(QSizePolicy::Expanding, label->sizePolicy().verticalPolicy());
+    // Takes the width there is instead of wrapping into a narrow block. A new policy would forget that the height
+    // follows from the width, and the last line would be cut off.
+    QSizePolicy policy = label->sizePolicy();
+    policy.setHorizontalPolicy(QSizePolicy::Expanding);
+    label->setSizePolicy(policy);
     return label;
 }
 

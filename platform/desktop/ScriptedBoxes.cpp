@@ -51,6 +51,12 @@ ScriptedBoxes &ScriptedBoxes::expectShellOpen(const QString &target)
     return *this;
 }
 
+ScriptedBoxes &ScriptedBoxes::setHasProgram(bool has)
+{
+    m_hasProgram = has;
+    return *this;
+}
+
 Answer ScriptedBoxes::answerBox(const Box &box)
 {
     m_boxes += box;

@@ -35,6 +35,8 @@ public:
     ScriptedBoxes &expectOpenFile(const QString &title, const QString &file);
     ScriptedBoxes &expectSaveFile(const QString &title, const QString &file);
     ScriptedBoxes &expectShellOpen(const QString &target);
+    /** Whether the desktop has a program for a file's type; it has unless told otherwise. */
+    ScriptedBoxes &setHasProgram(bool has);
 
     /** Whether everything expected so far has been asked. */
     bool isFinished() const { return m_expected.isEmpty(); }
@@ -48,6 +50,7 @@ public:
     QString answerOpenFile(const FileQuestion &question);
     QString answerSaveFile(const FileQuestion &question);
     void noteShellOpen(const QString &target);
+    bool hasProgram() const { return m_hasProgram; }
 
 private:
     enum class Kind { Box, OpenFile, SaveFile, ShellOpen };
@@ -66,6 +69,7 @@ private:
     QList<Expected> m_expected;
     QList<Box> m_boxes;
     QList<FileQuestion> m_pickers;
+    bool m_hasProgram = true;
 };
 
 } // namespace desktop

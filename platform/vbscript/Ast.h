@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/vbscript/Lexer.h"
+#include "platform/vbscript/Memory.h"
 #include "platform/vbscript/Value.h"
 
 #include <deque>
@@ -117,20 +118,27 @@ struct ClassAst
 struct Unit
 {
     bool optionExplicit = false;
+    bool runsTexts = false; // uses Execute or ExecuteGlobal: names may become procedures while it runs
     ProcedureAst main; // the global statements
     std::vector<ProcedureAst *> procedures;
     std::vector<ClassAst *> classes;
     Expr *expression = nullptr; // Eval
 
+    memory::Charge charge; // for the nodes below
     std::deque<Expr> expressionStore;
     std::deque<Stmt> statementStore;
     std::deque<ProcedureAst> procedureStore;
     std::deque<ClassAst> classStore;
 };
 
-/** Parses a script text. Throws ScriptError (compile) with line and column. */
-std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols);
+/**
+ * Parses a script text; `host` counts the work where there is one; inside a class the global statements may use Me.
+ * Throws ScriptError (compile) with line and column.
+ */
+std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, ScriptHost *host = nullptr,
+    bool insideClass = false);
 /** Parses one expression (Eval). */
-std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols);
+std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, ScriptHost *host = nullptr,
+    bool insideClass = false);
 
 }

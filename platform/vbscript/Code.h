@@ -43,7 +43,7 @@ enum class Op : quint8 {
     WhenEqual, WhenNotEqual, WhenLess, WhenGreater, WhenLessEqual, WhenGreaterEqual,
     ForPrepare, ForNext, EachStart, EachNext,
     // a ← result; n arguments from register b on; c: what is called; d: name
-    Call, CallIntrinsic, CallValue, GetMember, CallMember, ElementReference,
+    Call, ReadImplicit, CallIntrinsic, CallValue, GetMember, CallMember, ElementReference,
     Index1,  // a ← b(c); d: name
     Store1,  // a(b) = c; d: name
     // c(arguments) = value, c.name(arguments) = value; the value stands behind the arguments
@@ -52,7 +52,7 @@ enum class Op : quint8 {
     DimArray, ReDim, Erase,
     OnErrorNext, OnErrorZero,
     Execute, ExecuteGlobal, Eval, Randomize,
-    CheckDefined, RaiseError,
+    CheckDefined, DeclareGlobal, RaiseError,
     Return
 };
 

@@ -2,10 +2,12 @@
 #include "platform/vbscript/Operators.h"
 
 #include "platform/vbscript/DateText.h"
+#include "platform/vbscript/Memory.h"
 #include "platform/vbscript/ScriptError.h"
 
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -15,6 +17,7 @@ namespace {
 
 constexpr int kSingleDigits = 7;
 constexpr int kDoubleDigits = 15;
+constexpr qsizetype kLongestNumber = 10000; // longer texts are no numbers that anybody has written
 
 bool isBlank(QChar c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n' || c == u'\u00a0'; }
 
@@ -66,10 +69,14 @@ std::optional<double> parsePlain(QStringView text, QStringView decimal, QStringV
             return std::nullopt;
         }
     }
-    bool ok = false;
-    const double number = latin.toDouble(&ok);
-    const bool hasDigit = std::any_of(latin.begin(), latin.end(), [](char c) { return c >= '0' && c <= '9'; });
-    return ok && hasDigit && std::isfinite(number) ? std::optional(number) : std::nullopt;
+    double number = 0;
+    const auto end = latin.constData() + latin.size();
+    const auto [stop, error] = std::from_chars(latin.constData(), end, number);
+    if (latin.isEmpty() || stop != end || error == std::errc::invalid_argument)
+        return std::nullopt;
+    if (error == std::errc::result_out_of_range)
+        return latin.contains("e-") ? 0.0 : std::numeric_limits<double>::infinity();
+    return number;
 }
 
 }
@@ -77,6 +84,8 @@ std::optional<double> parsePlain(QStringView text, QStringView decimal, QStringV
 std::optional<double> parseNumber(QStringView text, const QLocale &locale)
 {
     text = trimmed(text);
+    if (text.size() > kLongestNumber)
+        return std::nullopt;
     if (text.startsWith(u'&'))
         return parseRadix(text);
     bool negative = false;
@@ -150,7 +159,9 @@ QString toText(ScriptHost &host, const Value &original)
 {
     const Value &value = original.resolved();
     switch (value.type()) {
-    case Type::String: return value.toQString();
+    case Type::String:
+        memory::requireRoom(2 * value.view().size());
+        return value.toQString();
     case Type::Empty: return QString(u""_s);
     case Type::Null: throw ScriptError(err::kInvalidNull);
     case Type::Boolean: return value.whole() ? u"True"_s : u"False"_s;
@@ -182,8 +193,11 @@ Number toNumber(ScriptHost &host, const Value &original)
     case Type::Single: case Type::Double: case Type::Date: return { value.type(), 0, value.realPart() };
     case Type::Null: throw ScriptError(err::kInvalidNull);
     case Type::String: {
-        if (const std::optional<double> number = parseNumber(value.view(), host.locale()))
+        if (const std::optional<double> number = parseNumber(value.view(), host.locale())) {
+            if (!std::isfinite(*number))
+                throw ScriptError(err::kOverflow);
             return { Type::Double, 0, *number };
+        }
         throw ScriptError(err::kTypeMismatch, quotedCulprit(value));
     }
     case Type::Object: return toNumber(host, host.plain(value));
@@ -219,7 +233,9 @@ QByteArray toBytes(ScriptHost &host, const Value &original)
     const Value &value = original.resolved();
     if (value.is(Type::Array) && value.array()->elementType == Type::Byte)
         return value.array()->bytes;
-    const QString text = toText(host, value);
+    const QString converted = value.is(Type::String) ? QString() : toText(host, value);
+    const QStringView text = value.is(Type::String) ? value.view() : QStringView(converted);
+    memory::requireRoom(2 * text.size());
     return QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
 }
 

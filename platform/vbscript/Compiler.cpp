@@ -209,7 +209,7 @@ Binding Compiler::bind(Symbol *name)
     const auto local = m_code->locals.constFind(name);
     if (local != m_code->locals.constEnd()) {
         const bool isResult = m_code->result >= 0 && *local == Operand(m_code->result) && m_ast && m_ast->name == name;
-        return { isResult ? Binding::OwnResult : Binding::Variable, *local, -1 };
+        return { isResult ? Binding::OwnResult : Binding::Variable, *local, -1, m_code->globalNames.contains(name) };
     }
     if (m_scope.outer && m_scope.outer->locals.contains(name))
         return variable(capture(name, m_scope.outer->locals.value(name)));
@@ -257,13 +257,23 @@ Binding Compiler::bindImplicit(Symbol *name)
         const Operand operand = Operand(place::kGlobal | m_scope.globals->globalSlot(name));
         if (m_scope.optionExplicit)
             issue({ .op = Op::CheckDefined, .d = nameIndex(name) });
-        return variable(operand);
+        return { Binding::Variable, operand, -1, !m_scope.optionExplicit };
     }
     if (m_scope.outer)
         return variable(capture(name, place::kNone));
     const Operand operand = newLocal();
     m_code->locals.insert(name, operand);
-    return variable(operand);
+    return { Binding::Variable, operand, -1, true };
+}
+
+/** Assigning is what makes a global of an undeclared name; until then procedures take it for a local of theirs. */
+void Compiler::declareImplicit(const Binding &binding, Symbol *name)
+{
+    if (!binding.undeclared || !m_code->isGlobal || m_implicit.contains(name))
+        return;
+    issue({ .op = Op::DeclareGlobal, .d = nameIndex(name) });
+    if (m_depth <= 1)
+        m_implicit.insert(name);
 }
 
 CodePointer compileProcedure(const CompileScope &scope, const ProcedureAst &ast)

@@ -13,6 +13,8 @@ class GlobalScope
 public:
     virtual ~GlobalScope() = default;
     virtual SymbolTable &symbols() = 0;
+    /** Counts compiling as work of the script. */
+    virtual void spend(qint64 units) = 0;
     /** Place of a global variable, made when it has none. */
     virtual int globalSlot(Symbol *name) = 0;
     virtual Value globalConstant(Symbol *name) const = 0;
@@ -27,6 +29,7 @@ struct CompileScope
     ClassDefinition *owner = nullptr; // inside a class
     const Code *outer = nullptr;      // Execute, Eval: the procedure that they stand in
     bool optionExplicit = false;
+    bool runsTexts = false;           // the text uses Execute or ExecuteGlobal
     std::function<bool(Symbol *)> isExtra = {}; // names that Execute has brought into the procedure before
 };
 

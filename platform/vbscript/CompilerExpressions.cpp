@@ -49,7 +49,8 @@ bool Compiler::runsCode(const Expr *expr)
         case ExprKind::New: case ExprKind::Member: case ExprKind::WithMember: return true;
         case ExprKind::Name: {
             const Binding binding = bind(expr->name);
-            return binding.kind == Binding::Procedure || binding.kind == Binding::Member;
+            return binding.kind == Binding::Procedure || binding.kind == Binding::Member
+                || mayBecomeProcedure(binding, expr->name);
         }
         case ExprKind::Call: {
             if (expr->left->kind != ExprKind::Name || expr->left->name->folded == u"eval"_s)
@@ -124,9 +125,28 @@ Operand Compiler::expression(const Expr *expr, Operand want)
     return place::kNone;
 }
 
+/** Execute and ExecuteGlobal may make a procedure of a name that the text around them does not declare. */
+bool Compiler::mayBecomeProcedure(const Binding &binding, Symbol *name) const
+{
+    return binding.undeclared && m_scope.runsTexts && !m_implicit.contains(name);
+}
+
+/** The value of a name that nothing declares, or a call if it has become a procedure meanwhile. */
+Operand Compiler::readImplicit(const Binding &binding, Symbol *name, Operand want, bool byReference)
+{
+    const int temporaries = m_temporary;
+    const Operand first = arguments({}, false);
+    const Operand target = result(want, temporaries);
+    issue({ .op = Op::ReadImplicit, .n = byReference, .a = target, .b = binding.operand, .c = first,
+        .d = nameIndex(name) });
+    return target;
+}
+
 Operand Compiler::nameValue(const Expr *expr, Operand want)
 {
     const Binding binding = bind(expr->name);
+    if (binding.kind == Binding::Variable && mayBecomeProcedure(binding, expr->name))
+        return readImplicit(binding, expr->name, want, false);
     switch (binding.kind) {
     case Binding::Variable: case Binding::Constant: case Binding::OwnResult: return binding.operand;
     default: return callNamed(expr, {}, want, false);
@@ -138,9 +158,10 @@ Operand Compiler::unary(const Expr *expr, Operand want)
     const int temporaries = m_temporary;
     if (expr->op == Tok::Minus && expr->left->kind == ExprKind::Literal) {
         const Value &value = expr->left->value;
-        if (value.is(Type::Integer) || value.is(Type::Long))
-            return constant(value.is(Type::Integer) ? Value::integer(qint16(-value.whole()))
-                                                    : Value::longInteger(qint32(-value.whole())));
+        if (value.is(Type::Integer) && value.whole() != -32768)
+            return constant(Value::integer(qint16(-value.whole())));
+        if (value.is(Type::Long) && value.whole() != -2147483648LL)
+            return constant(Value::longInteger(qint32(-value.whole())));
         if (value.is(Type::Double))
             return constant(Value::real(-value.realPart()));
     }
@@ -195,6 +216,11 @@ bool Compiler::referenceTo(const Expr *expr, Operand target)
         const Binding binding = bind(expr->name);
         if (binding.kind != Binding::Variable && binding.kind != Binding::OwnResult)
             return false;
+        if (mayBecomeProcedure(binding, expr->name)) {
+            readImplicit(binding, expr->name, target, true);
+            return true;
+        }
+        declareImplicit(binding, expr->name);
         issue({ .op = Op::Reference, .a = target, .b = binding.operand });
         return true;
     }

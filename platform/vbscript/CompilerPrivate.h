@@ -10,6 +10,7 @@ struct Binding
     enum Kind { Variable, Constant, Procedure, OwnResult, Member, Intrinsic, Undefined } kind = Variable;
     Operand operand = place::kNone; // Variable, Constant, OwnResult
     int index = -1;                 // Intrinsic
+    bool undeclared = false;        // Variable: nothing declares the name
 };
 
 class Compiler
@@ -49,11 +50,14 @@ private:
     Binding bindGlobal(Symbol *name);
     Binding bindImplicit(Symbol *name);
     Operand capture(Symbol *name, Operand outer);
+    void declareImplicit(const Binding &binding, Symbol *name);
     static Binding variable(Operand operand) { return { Binding::Variable, operand, -1 }; }
 
     // Expressions (CompilerExpressions.cpp)
     Operand expression(const Expr *expr, Operand want = place::kNone);
     void expressionTo(const Expr *expr, Operand target);
+    bool mayBecomeProcedure(const Binding &binding, Symbol *name) const;
+    Operand readImplicit(const Binding &binding, Symbol *name, Operand want, bool byReference);
     Operand nameValue(const Expr *expr, Operand want);
     Operand binary(const Expr *expr, Operand want);
     Operand unary(const Expr *expr, Operand want);
@@ -110,6 +114,8 @@ private:
     QHash<Symbol *, int> m_nameIndex;
     std::vector<OpenBlock> m_blocks;
     std::vector<Operand> m_withs;
+    QSet<Symbol *> m_implicit; // undeclared names that have become globals on every way to this point
+    int m_depth = 0;           // of blocks; 1: statements that run whatever happens
     int m_localCount = 0;
     int m_temporary = 0;
     int m_mostTemporaries = 0;

@@ -8,11 +8,14 @@ namespace vbs {
 
 void Compiler::block(const Block &body)
 {
+    ++m_depth;
     for (const Stmt *stmt : body) {
+        m_scope.globals->spend(10);
         mark(stmt->line, stmt->column);
         statement(stmt);
         m_temporary = 0;
     }
+    --m_depth;
 }
 
 void Compiler::statement(const Stmt *stmt)
@@ -56,6 +59,7 @@ void Compiler::letName(const Expr *target, const Expr *value, bool isSet)
         return putMember(nullptr, target->name, {}, value, isSet);
     if (binding.kind != Binding::Variable && binding.kind != Binding::OwnResult)
         return raise(err::kIllegalAssignment, target->name);
+    declareImplicit(binding, target->name);
     if (!isSet && append(binding.operand, target, value))
         return;
     const bool computed = value->kind == ExprKind::Binary || (value->kind == ExprKind::Unary);
@@ -229,18 +233,22 @@ void Compiler::ifStatement(const Stmt *stmt)
 
 void Compiler::selectStatement(const Stmt *stmt)
 {
-    const Operand subject = newLocal();
-    issue({ .op = Op::Let, .a = subject, .b = expression(stmt->value) });
+    const Operand hidden = newLocal();
+    const Operand value = expression(stmt->value);
+    // A literal is compared as one; anything else keeps its value while the cases are computed.
+    const bool isLiteral = value != place::kNone && (value & ~place::kIndexMask) == place::kConstant;
+    const Operand subject = isLiteral ? value : hidden;
+    if (!isLiteral)
+        issue({ .op = Op::Let, .a = subject, .b = value });
     m_temporary = 0;
-    m_blocks.push_back({ .hidden = subject });
+    m_blocks.push_back({ .hidden = hidden });
     std::vector<int> ends;
     for (const Branch &branch : stmt->branches) {
         std::vector<int> hits;
         std::vector<int> skips;
         for (const Expr *test : branch.tests) {
             mark(test->line, test->column);
-            const Operand value = expression(test);
-            hits.push_back(issue({ .op = Op::WhenEqual, .b = subject, .c = value }));
+            hits.push_back(issue({ .op = Op::WhenEqual, .b = subject, .c = expression(test) }));
             m_temporary = 0;
         }
         if (!branch.tests.empty())
@@ -257,14 +265,16 @@ void Compiler::selectStatement(const Stmt *stmt)
         patch(end);
     m_blocks.pop_back();
     mark(stmt->endLine, stmt->endColumn);
-    issue({ .op = Op::Clear, .a = subject });
+    issue({ .op = Op::Clear, .a = hidden });
 }
 
 Operand Compiler::loopVariable(const Expr *target)
 {
     const Binding binding = bind(target->name);
-    if (binding.kind == Binding::Variable || binding.kind == Binding::OwnResult)
+    if (binding.kind == Binding::Variable || binding.kind == Binding::OwnResult) {
+        declareImplicit(binding, target->name);
         return binding.operand;
+    }
     raise(err::kIllegalAssignment, target->name);
     return newLocal();
 }
@@ -378,6 +388,7 @@ void Compiler::declareByReDim(Symbol *name)
         return;
     if (m_code->isGlobal) {
         m_scope.globals->globalSlot(name);
+        name->kind = GlobalKind::Variable;
         name->declared = true;
     } else if (m_scope.outer) {
         capture(name, place::kNone);
@@ -395,6 +406,7 @@ void Compiler::reDimStatement(const Stmt *stmt)
             raise(err::kIllegalAssignment, declaration.name);
             continue;
         }
+        declareImplicit(binding, declaration.name);
         const Operand first = arguments(declaration.bounds, false);
         issue({ .op = Op::ReDim, .n = quint8(declaration.bounds.size()), .a = binding.operand, .b = first,
             .d = stmt->preserve });

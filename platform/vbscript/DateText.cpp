@@ -12,6 +12,7 @@ namespace {
 
 const QDate kDayZero(1899, 12, 30);
 constexpr int kSecondsPerDay = 86400;
+constexpr qsizetype kLongestText = 1000; // of a date
 
 struct Piece
 {
@@ -278,14 +279,19 @@ std::optional<double> parseDateLiteral(const QString &text)
     return parse(text, Order::MonthDayYear, QLocale(QLocale::English, QLocale::UnitedStates));
 }
 
-std::optional<double> parseDate(const QString &text, const QLocale &locale)
+std::optional<double> parseDate(QStringView text, const QLocale &locale)
 {
-    return parse(text, orderOf(locale), locale);
+    if (text.size() > kLongestText)
+        return std::nullopt;
+    return parse(text.toString(), orderOf(locale), locale);
 }
 
 QString shortDateText(const QDate &date, const QLocale &locale)
 {
-    return locale.toString(date, shortDateFormat(locale));
+    QString format = shortDateFormat(locale);
+    if (date.year() < 1000)
+        format.replace(u"yyyy"_s, u'\'' + QString::number(date.year()) + u'\''); // without leading zeros
+    return locale.toString(date, format);
 }
 
 QString longDateText(const QDate &date, const QLocale &locale)

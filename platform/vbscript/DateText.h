@@ -27,7 +27,7 @@ double withTime(double day, double fraction);
 /** Reads the text of a `#…#` literal by fixed US rules. */
 std::optional<double> parseDateLiteral(const QString &text);
 /** Reads a date and / or time in the locale's order of day and month, or any other that is possible. */
-std::optional<double> parseDate(const QString &text, const QLocale &locale);
+std::optional<double> parseDate(QStringView text, const QLocale &locale);
 /** Windows' general date: short date and long time, each only if there is one. */
 QString dateText(double days, const QLocale &locale);
 QString shortDateText(const QDate &date, const QLocale &locale);

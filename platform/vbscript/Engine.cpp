@@ -48,10 +48,18 @@ public:
     }
     ~Outermost()
     {
-        if (--m_engine.m_outermost == 0)
-            m_engine.m_limited = m_engine.m_abort = false;
+        if (--m_engine.m_outermost > 0)
+            return;
+        m_engine.m_limited = m_engine.m_abort = false;
+        memory::returnFreed();
     }
     Q_DISABLE_COPY_MOVE(Outermost)
+    /** At the end of the work: a Class_Terminate may have used up the time without anybody having noticed. */
+    void finish() const
+    {
+        if (m_engine.m_abort && m_engine.m_outermost == 1)
+            throw ScriptTimeout();
+    }
 
 private:
     Engine &m_engine;
@@ -72,8 +80,6 @@ Engine::~Engine()
     m_predefined.clear();
     std::free(m_stack);
     std::free(m_globals);
-    for (const auto &symbol : m_symbols.all())
-        memory::release(qint64(sizeof(Symbol)) + 4 * symbol->text.size() + 64); // as intern() has charged it
 }
 
 void Engine::reset()
@@ -122,8 +128,6 @@ int Engine::globalSlot(Symbol *name)
             throw ScriptError(err::kOutOfMemory);
         name->slot = m_globalCount++;
     }
-    if (name->kind == GlobalKind::None)
-        name->kind = GlobalKind::Variable;
     return name->slot;
 }
 
@@ -213,7 +217,8 @@ void Engine::defineClass(const std::shared_ptr<Unit> &unit, ClassAst *ast, QSet<
 
 void Engine::compile(Procedure &procedure)
 {
-    procedure.code = compileProcedure({ this, procedure.owner, nullptr, procedure.optionExplicit, {} }, *procedure.ast);
+    procedure.code = compileProcedure(
+        { this, procedure.owner, nullptr, procedure.optionExplicit, procedure.unit->runsTexts, {} }, *procedure.ast);
 }
 
 void Engine::compileClass(ClassDefinition &definition)
@@ -222,6 +227,23 @@ void Engine::compileClass(ClassDefinition &definition)
         for (const auto &procedure : { member.get, member.let, member.set })
             if (procedure)
                 compile(*procedure);
+}
+
+/** A running procedure that has not assigned to a name which nothing declared sees the new global in its place. */
+void Engine::rebindLocals(Frame &frame, const QSet<Symbol *> &changed)
+{
+    if (frame.code->isGlobal)
+        return;
+    for (Symbol *name : changed) {
+        const auto local = frame.code->locals.constFind(name);
+        if (local == frame.code->locals.constEnd() || !frame.code->globalNames.contains(name)
+            || name->kind == GlobalKind::Class || !frame.registers[*local].is(Type::Empty))
+            continue;
+        Value &global = m_globals[globalSlot(name)];
+        if (name->kind == GlobalKind::Procedure)
+            global = Value::object(new ProcedureReference(*this, name->procedure));
+        frame.registers[*local] = Value::reference(&global);
+    }
 }
 
 /** Code that was compiled while a name meant something else is compiled again at its next call. */
@@ -233,6 +255,8 @@ void Engine::invalidate(const QSet<Symbol *> &changed)
         if (procedure && procedure->code && procedure->code->globalNames.intersects(changed))
             procedure->code = {};
     };
+    for (size_t k = 0; k < m_frameCount; ++k)
+        rebindLocals(m_frames[k], changed);
     for (const auto &symbol : m_symbols.all()) {
         check(symbol->procedure);
         if (!symbol->classDefinition)
@@ -272,16 +296,19 @@ CodePointer Engine::define(const std::shared_ptr<Unit> &unit, const CompileScope
 void Engine::addCode(QStringView text)
 {
     const Outermost outermost(*this);
-    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols);
-    const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit, {} });
+    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, this);
+    const CodePointer code = define(unit, { this, nullptr, nullptr, unit->optionExplicit, unit->runsTexts, {} });
     runCode(code);
+    outermost.finish();
 }
 
 Value Engine::evaluate(QStringView text)
 {
     const Outermost outermost(*this);
-    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols);
-    return runCode(compileEval({ this, nullptr, nullptr, false, {} }, unit->expression));
+    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, this);
+    Value result = runCode(compileEval({ this, nullptr, nullptr, false, false, {} }, unit->expression));
+    outermost.finish();
+    return result;
 }
 
 bool Engine::hasProcedure(const QString &name) const
@@ -295,7 +322,9 @@ Value Engine::runProcedure(const QString &name, const QList<Value> &arguments)
     const Outermost outermost(*this);
     if (!hasProcedure(name))
         throw ScriptError(err::kInvalidCall, name);
-    return callProcedure(m_symbols.intern(name)->procedure.get(), nullptr, arguments);
+    Value result = callProcedure(m_symbols.intern(name)->procedure.get(), nullptr, arguments);
+    outermost.finish();
+    return result;
 }
 
 // Frames

@@ -96,6 +96,7 @@ private:
     std::shared_ptr<Procedure> makeProcedure(const std::shared_ptr<Unit> &unit, ProcedureAst *ast,
         ClassDefinition *owner);
     void changeKind(Symbol *name, GlobalKind kind, QSet<Symbol *> &changed);
+    void rebindLocals(Frame &frame, const QSet<Symbol *> &changed);
     void invalidate(const QSet<Symbol *> &changed);
     void compile(Procedure &procedure);
     void clearGlobals();
@@ -132,6 +133,7 @@ private:
     void isOperator(const Instruction &i);
     bool callIntrinsic(const Instruction &i);
     bool callProcedureByName(const Instruction &i);
+    bool readImplicit(const Instruction &i);
     bool callValue(const Instruction &i);
     bool callValueOf(const Value &callee, Value *arguments, int count, Operand target, Operand culprit,
         Operand firstArgument);
@@ -144,6 +146,7 @@ private:
     void putIndex(const Instruction &i, bool isSet);
     void putElement(Value &base, Value *arguments, int count, Value value, bool isSet, Operand culprit);
     void elementReference(const Instruction &i);
+    ArrayData *writableArray(Value &value);
     qint64 elementOffset(const ArrayData &array, const Value *arguments, int count);
     Value element(const ArrayData &array, qint64 offset) const;
     Object *objectAt(Operand operand);
@@ -157,8 +160,10 @@ private:
     CompileScope scopeOf(const Frame &frame) const;
     Frame &pushText(const CodePointer &code, Frame &from, Operand target);
     void checkDefined(const Instruction &i);
+    void declareGlobal(const Instruction &i);
     Value &extraLocal(Frame &scopeFrame, Symbol *name);
     QString operandName(Operand operand) const;
+    QString memberName(Operand holder, const Symbol *name) const;
     void randomize(const Instruction &i);
 
     SymbolTable m_symbols;

@@ -25,7 +25,9 @@ Value ErrObject::clear(Args &)
 
 Value ErrObject::raise(Args &args)
 {
-    const int number = args.integer(0);
+    // The engine's own errors also have long numbers, as components know them.
+    const qint32 given = args.integer(0);
+    const int number = (quint32(given) & 0xffff0000u) == 0x800a0000u ? given & 0xffff : given;
     if (number == 0)
         throw ScriptError(err::kInvalidCall);
     // What is left out keeps what was set before, so that a script may fill Err and then raise it.

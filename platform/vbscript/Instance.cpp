@@ -13,7 +13,7 @@ Instance::Instance(Engine &engine, std::shared_ptr<ClassDefinition> definition)
     : m_engine(&engine), m_definition(std::move(definition))
 {
     const size_t count = size_t(m_definition->fieldCount);
-    memory::charge(qint64(count * sizeof(Value)));
+    memory::charge(memory::blockSize(qint64(count * sizeof(Value))));
     m_fields = static_cast<Value *>(std::calloc(count ? count : 1, sizeof(Value)));
     m_next = engine.instances();
     if (m_next)
@@ -30,7 +30,7 @@ Instance::~Instance()
     else if (m_engine)
         m_engine->instances() = m_next;
     clearFields();
-    memory::release(qint64(sizeof(Value)) * m_definition->fieldCount);
+    memory::release(memory::blockSize(qint64(sizeof(Value)) * m_definition->fieldCount));
     std::free(m_fields);
 }
 

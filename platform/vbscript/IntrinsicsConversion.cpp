@@ -11,7 +11,7 @@ double toDate(ScriptHost &host, const Value &original)
 {
     const Value value = host.plain(original);
     if (value.is(Type::String)) {
-        if (const auto days = parseDate(value.toQString(), host.locale()))
+        if (const auto days = parseDate(value.view(), host.locale()))
             return *days;
         if (const auto number = parseNumber(value.view(), host.locale()))
             return dateValue(*number).realPart();
@@ -38,7 +38,12 @@ Value cBool(Engine &engine, Args &args)
     const Value value = engine.plain(args[0]);
     return Value::boolean(toBoolean(engine, value));
 }
-Value cByte(Engine &, Args &args) { return Value::byte(quint8(wholeWithin(args, 0, 255))); }
+Value cByte(Engine &engine, Args &args)
+{
+    if (engine.plain(args[0]).is(Type::Boolean))
+        return Value::byte(args.boolean(0) ? 255 : 0);
+    return Value::byte(quint8(wholeWithin(args, 0, 255)));
+}
 Value cInt(Engine &, Args &args) { return Value::integer(qint16(wholeWithin(args, -32768, 32767))); }
 Value cLng(Engine &, Args &args)
 {

@@ -99,12 +99,21 @@ Value monthName(Engine &engine, Args &args)
     return Value::string(namesOf(engine).monthName(number, brief ? QLocale::ShortFormat : QLocale::LongFormat));
 }
 
+/** A part of a date or a time: rolls over, but only within 16 bits. */
+qint32 partOf(Args &args, int index)
+{
+    const qint32 part = args.integer(index);
+    if (part != qint16(part))
+        throw ScriptError(err::kOverflow);
+    return part;
+}
+
 Value dateSerial(Engine &, Args &args)
 {
-    qint64 years = args.integer(0);
+    qint64 years = partOf(args, 0);
     if (years >= 0 && years < 100)
         years += years < 30 ? 2000 : 1900;
-    const auto days = makeDate(years, args.integer(1), args.integer(2));
+    const auto days = makeDate(years, partOf(args, 1), partOf(args, 2));
     if (!days)
         throw ScriptError(err::kInvalidCall);
     return Value::date(*days);
@@ -112,7 +121,7 @@ Value dateSerial(Engine &, Args &args)
 
 Value timeSerial(Engine &, Args &args)
 {
-    const double seconds = double(args.integer(0)) * 3600 + double(args.integer(1)) * 60 + args.integer(2);
+    const double seconds = partOf(args, 0) * 3600.0 + partOf(args, 1) * 60.0 + partOf(args, 2);
     const double days = std::floor(seconds / kSecondsPerDay);
     const double rest = (seconds - days * kSecondsPerDay) / kSecondsPerDay;
     return dateValue(seconds < 0 && days == -1 ? (seconds / kSecondsPerDay) : withTime(days, rest));
@@ -123,7 +132,7 @@ double parsedDate(Engine &engine, Args &args)
     const Value value = engine.plain(args[0]);
     if (!value.is(Type::String))
         return toDate(engine, value);
-    if (const auto days = parseDate(value.toQString(), engine.locale()))
+    if (const auto days = parseDate(value.view(), engine.locale()))
         return *days;
     throw ScriptError(err::kTypeMismatch);
 }
@@ -282,7 +291,7 @@ Value isDate(Engine &engine, Args &args)
         value = engine.plain(value);
     }
     return Value::boolean(value.is(Type::Date)
-        || (value.is(Type::String) && parseDate(value.toQString(), engine.locale()).has_value()));
+        || (value.is(Type::String) && parseDate(value.view(), engine.locale()).has_value()));
 }
 
 }

@@ -1,6 +1,7 @@
 #include "platform/vbscript/IntrinsicTables.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -54,7 +55,10 @@ Value isNumeric(Engine &engine, Args &args)
     switch (value.type()) {
     case Type::Null: case Type::Date: case Type::Object: case Type::Array: case Type::Error:
         return Value::boolean(false);
-    case Type::String: return Value::boolean(parseNumber(value.view(), engine.locale()).has_value());
+    case Type::String: {
+        const std::optional<double> number = parseNumber(value.view(), engine.locale());
+        return Value::boolean(number && std::isfinite(*number));
+    }
     default: return Value::boolean(true);
     }
 }

@@ -8,17 +8,59 @@ namespace vbs {
 
 namespace {
 
-constexpr qsizetype kLongestText = 100'000'000;
+constexpr qsizetype kPiece = 1 << 16; // characters between two looks at the clock
 
-Value text(const QString &value) { return Value::string(value); }
-
-void countWork(Engine &engine, qsizetype characters) { engine.spend(characters / 32); }
-
-QString stringArgument(Engine &engine, Args &args, int index)
+/** An argument as text: a string's own characters where it is one, so that long texts are not copied. */
+class Text
 {
-    QString value = args.text(index);
-    countWork(engine, value.size());
-    return value;
+public:
+    Text(Engine &engine, Args &args, int index) : m_value(engine.plain(args[index]))
+    {
+        if (!m_value.is(Type::String))
+            m_value = Value::string(toText(engine, m_value));
+    }
+    Text(Engine &engine, const Value &value) : m_value(engine.plain(value))
+    {
+        if (!m_value.is(Type::String))
+            m_value = Value::string(toText(engine, m_value));
+    }
+    QStringView view() const { return m_value.view(); }
+    qsizetype size() const { return view().size(); }
+
+private:
+    Value m_value;
+};
+
+/** A text that was put together, without the room for more. */
+Value finished(Value text)
+{
+    const qsizetype size = text.view().size();
+    return text.stringForAppending(0)->capacity > quint32(size + size / 4) ? Value::string(text.view()) : text;
+}
+
+/** Position of `what` at or behind `from`, -1 when there is none; looked for piece by piece. */
+qsizetype indexIn(Engine &engine, QStringView where, QStringView what, qsizetype from, Qt::CaseSensitivity mode)
+{
+    for (; from + what.size() <= where.size(); from += kPiece) {
+        const qsizetype found = where.mid(from, kPiece + what.size() - 1).indexOf(what, 0, mode);
+        engine.spend(1 + (found >= 0 ? found : kPiece) / 16);
+        if (found >= 0)
+            return from + found;
+    }
+    return -1;
+}
+
+/** Last position of `what` that ends at or before `end`. */
+qsizetype lastIndexIn(Engine &engine, QStringView where, QStringView what, qsizetype end, Qt::CaseSensitivity mode)
+{
+    for (; end >= what.size(); end -= kPiece) {
+        const qsizetype start = std::max<qsizetype>(0, end - kPiece - what.size() + 1);
+        const qsizetype found = where.mid(start, end - start).lastIndexOf(what, -1, mode);
+        engine.spend(1 + kPiece / 16);
+        if (found >= 0)
+            return start + found;
+    }
+    return -1;
 }
 
 Value len(Engine &engine, Args &args)
@@ -33,7 +75,9 @@ Value lenB(Engine &engine, Args &args)
 {
     if (isNull(args, 0))
         return Value::null();
-    return Value::longInteger(qint32(toBytes(engine, engine.plain(args[0])).size()));
+    const Value value = engine.plain(args[0]);
+    const bool isText = value.is(Type::String);
+    return Value::longInteger(qint32(isText ? 2 * value.view().size() : toBytes(engine, value).size()));
 }
 
 int lengthArgument(Args &args, int index)
@@ -49,8 +93,7 @@ Value left(Engine &engine, Args &args)
     if (isNull(args, 0))
         return Value::null();
     const int length = lengthArgument(args, 1);
-    const QString value = stringArgument(engine, args, 0);
-    return text(value.left(length));
+    return Value::string(Text(engine, args, 0).view().left(length));
 }
 
 Value right(Engine &engine, Args &args)
@@ -58,8 +101,7 @@ Value right(Engine &engine, Args &args)
     if (isNull(args, 0))
         return Value::null();
     const int length = lengthArgument(args, 1);
-    const QString value = stringArgument(engine, args, 0);
-    return text(value.right(length));
+    return Value::string(Text(engine, args, 0).view().right(length));
 }
 
 Value mid(Engine &engine, Args &args)
@@ -70,10 +112,8 @@ Value mid(Engine &engine, Args &args)
     const int length = args.has(2) ? lengthArgument(args, 2) : std::numeric_limits<int>::max();
     if (start < 1)
         throw ScriptError(err::kInvalidCall);
-    const Value value = engine.plain(args[0]);
-    if (value.is(Type::String)) // without copying a long text to take one character
-        return Value::string(value.view().mid(std::min<qsizetype>(start - 1, value.view().size())).left(length));
-    return text(toText(engine, value).mid(start - 1, length));
+    const Text value(engine, args, 0);
+    return Value::string(value.view().mid(std::min<qsizetype>(start - 1, value.size())).left(length));
 }
 
 Value bytesPart(Engine &engine, Args &args, int mode)
@@ -125,13 +165,14 @@ Value inStr(Engine &engine, Args &args)
     const Search search = searchArguments(args);
     if (isNull(args, search.first) || isNull(args, search.first + 1))
         return Value::null();
-    const QString where = stringArgument(engine, args, search.first);
-    const QString what = args.text(search.first + 1);
-    if (where.isEmpty() || search.start > where.size())
+    const Text where(engine, args, search.first);
+    const Text what(engine, args, search.first + 1);
+    if (search.start > where.size())
         return Value::longInteger(0);
-    if (what.isEmpty())
+    if (what.size() == 0)
         return Value::longInteger(search.start);
-    return Value::longInteger(qint32(where.indexOf(what, search.start - 1, search.mode) + 1));
+    return Value::longInteger(
+        qint32(indexIn(engine, where.view(), what.view(), search.start - 1, search.mode) + 1));
 }
 
 Value inStrB(Engine &engine, Args &args)
@@ -148,70 +189,66 @@ Value inStrRev(Engine &engine, Args &args)
 {
     if (isNull(args, 0) || isNull(args, 1))
         return Value::null();
-    const QString where = stringArgument(engine, args, 0);
-    const QString what = args.text(1);
+    const Text where(engine, args, 0);
+    const Text what(engine, args, 1);
     const int start = args.integer(2, -1);
     const Qt::CaseSensitivity mode = comparisonMode(args, 3);
     if (start == 0 || start < -1)
         throw ScriptError(err::kInvalidCall);
-    if (where.isEmpty() || start > where.size())
+    if (where.size() == 0 || start > where.size())
         return Value::longInteger(0);
     const qsizetype end = start == -1 ? where.size() : start;
-    if (what.isEmpty())
+    if (what.size() == 0)
         return Value::longInteger(qint32(end));
-    if (what.size() > end)
-        return Value::longInteger(0);
-    return Value::longInteger(qint32(where.lastIndexOf(what, end - what.size(), mode) + 1));
+    return Value::longInteger(qint32(lastIndexIn(engine, where.view(), what.view(), end, mode) + 1));
 }
 
 Value replace(Engine &engine, Args &args)
 {
-    const QString where = stringArgument(engine, args, 0);
-    const QString what = args.text(1);
-    const QString with = args.text(2);
+    const Text where(engine, args, 0);
+    const Text what(engine, args, 1);
+    const Text with(engine, args, 2);
     const int start = args.integer(3, 1);
     const int most = args.integer(4, -1);
     const Qt::CaseSensitivity mode = comparisonMode(args, 5);
     if (start < 1 || most < -1)
         throw ScriptError(err::kInvalidCall);
-    QString result;
-    qsizetype from = start - 1;
-    for (int count = 0; !what.isEmpty() && count != most; ++count) {
-        const qsizetype found = where.indexOf(what, from, mode);
+    Value result = Value::string(QStringView());
+    qsizetype from = std::min<qsizetype>(start - 1, where.size());
+    for (int count = 0; what.size() > 0 && count != most; ++count) {
+        const qsizetype found = indexIn(engine, where.view(), what.view(), from, mode);
         if (found < 0)
             break;
-        result += QStringView(where).mid(from, found - from);
-        result += with;
+        result.append(where.view().mid(from, found - from));
+        result.append(with.view());
         from = found + what.size();
-        engine.spend(1 + (found - from + what.size() + with.size()) / 32);
-        if (result.size() > kLongestText)
-            throw ScriptError(err::kOutOfMemory);
+        engine.spend(with.size() / 32);
     }
-    return text(result + where.mid(from));
+    result.append(where.view().mid(from));
+    return finished(std::move(result));
 }
 
 Value split(Engine &engine, Args &args)
 {
-    const QString where = stringArgument(engine, args, 0);
+    const Text where(engine, args, 0);
     const QString delimiter = args.text(1, u" "_s);
     const int most = args.integer(2, -1);
     const Qt::CaseSensitivity mode = comparisonMode(args, 3);
     if (most < -1)
         throw ScriptError(err::kInvalidCall);
-    QList<Value> parts;
-    if (where.isEmpty() || most == 0)
-        return Value::array(parts);
+    ArrayBuilder parts;
+    if (where.size() == 0 || most == 0)
+        return parts.take();
     qsizetype from = 0;
-    while (!delimiter.isEmpty() && parts.size() + 1 != most) {
-        const qsizetype found = where.indexOf(delimiter, from, mode);
+    while (!delimiter.isEmpty() && parts.count() + 1 != most) {
+        const qsizetype found = indexIn(engine, where.view(), delimiter, from, mode);
         if (found < 0)
             break;
-        parts.append(Value::string(QStringView(where).mid(from, found - from)));
+        parts.append(Value::string(where.view().mid(from, found - from)));
         from = found + delimiter.size();
-        engine.spend(2);
     }
-    parts.append(Value::string(QStringView(where).mid(from)));
-    return Value::array(parts);
+    parts.append(Value::string(where.view().mid(from)));
+    return parts.take();
 }
 
 const ArrayData &listArgument(Args &args, int index)
@@ -228,80 +265,82 @@ Value join(Engine &engine, Args &args)
 {
     const ArrayData &array = listArgument(args, 0);
     const QString delimiter = args.text(1, u" "_s);
-    QString result;
+    Value result = Value::string(QStringView());
     for (qint64 k = 0; k < array.size; ++k) {
+        const Text item(engine, array.items[k]);
         if (k > 0)
-            result += delimiter;
-        result += toText(engine, array.items[k]);
-        engine.spend(2 + delimiter.size() / 32);
-        if (result.size() > kLongestText)
-            throw ScriptError(err::kOutOfMemory);
+            result.append(delimiter);
+        result.append(item.view());
+        engine.spend(2 + (delimiter.size() + item.size()) / 32);
     }
-    return text(result);
+    return finished(std::move(result));
 }
 
 Value filter(Engine &engine, Args &args)
 {
     const ArrayData &array = listArgument(args, 0);
-    const QString what = args.text(1);
+    const Text what(engine, args, 1);
     const bool include = args.boolean(2, true);
     const Qt::CaseSensitivity mode = comparisonMode(args, 3);
-    QList<Value> found;
+    ArrayBuilder found;
     for (qint64 k = 0; k < array.size; ++k) {
-        const QString item = toText(engine, array.items[k]);
-        if (item.contains(what, mode) == include)
-            found.append(Value::string(item));
-        engine.spend(2 + item.size() / 32);
+        const Text item(engine, array.items[k]);
+        if ((indexIn(engine, item.view(), what.view(), 0, mode) >= 0) == include)
+            found.append(Value::string(item.view()));
     }
-    return Value::array(found);
+    return found.take();
 }
 
+/** Null, or the text with each character changed; one by one, so that the length stays. */
 template <class Change>
-Value changed(Engine &engine, Args &args, Change change)
+Value eachChanged(Engine &engine, Args &args, Change change)
 {
     if (isNull(args, 0))
         return Value::null();
-    return text(change(stringArgument(engine, args, 0)));
+    const Text original(engine, args, 0);
+    Value result = Value::string(original.view());
+    char16_t *characters = result.stringForAppending(0)->text();
+    for (qsizetype k = 0; k < original.size(); ++k) {
+        characters[k] = change(QChar(characters[k])).unicode();
+        if (k % kPiece == 0)
+            engine.spend(kPiece / 8);
+    }
+    return result;
 }
+Value lCase(Engine &e, Args &a) { return eachChanged(e, a, [](QChar c) { return c.toLower(); }); }
+Value uCase(Engine &e, Args &a) { return eachChanged(e, a, [](QChar c) { return c.toUpper(); }); }
 
-QString withoutBlanks(QStringView value, bool atStart, bool atEnd)
+Value withoutBlanks(Engine &engine, Args &args, bool atStart, bool atEnd)
 {
+    if (isNull(args, 0))
+        return Value::null();
+    const Text original(engine, args, 0);
+    QStringView value = original.view();
     while (atStart && value.startsWith(u' '))
         value = value.mid(1);
     while (atEnd && value.endsWith(u' '))
         value.chop(1);
-    return value.toString();
+    engine.spend(original.size() / 16);
+    return Value::string(value);
 }
-
-Value lCase(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return s.toLower(); }); }
-Value uCase(Engine &e, Args &a)
-{
-    return changed(e, a, [](QString s) {
-        for (QChar &c : s) // one by one: the length stays
-            c = c.toUpper();
-        return s;
-    });
-}
-Value lTrim(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return withoutBlanks(s, true, false); }); }
-Value rTrim(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return withoutBlanks(s, false, true); }); }
-Value trim(Engine &e, Args &a) { return changed(e, a, [](const QString &s) { return withoutBlanks(s, true, true); }); }
+Value lTrim(Engine &e, Args &a) { return withoutBlanks(e, a, true, false); }
+Value rTrim(Engine &e, Args &a) { return withoutBlanks(e, a, false, true); }
+Value trim(Engine &e, Args &a) { return withoutBlanks(e, a, true, true); }
 
 Value repeated(Engine &engine, qsizetype count, QChar c)
 {
-    if (count > kLongestText)
-        throw ScriptError(err::kOutOfMemory);
-    countWork(engine, count);
-    return text(QString(count, c));
+    engine.spend(count / 32);
+    return Value::string(count, c);
 }
 
 Value space(Engine &engine, Args &args) { return repeated(engine, lengthArgument(args, 0), u' '); }
 
 Value string(Engine &engine, Args &args)
 {
-    const int count = lengthArgument(args, 0);
     const Value what = engine.plain(args[1]);
-    if (what.is(Type::Null))
-        return what;
+    if (isNull(args, 0) || what.is(Type::Null))
+        return Value::null();
+    const int count = lengthArgument(args, 0);
     if (!what.is(Type::String))
         return repeated(engine, count, QChar(char16_t(toLong(engine, what) & 0xff)));
     if (what.view().isEmpty())
@@ -309,59 +348,73 @@ Value string(Engine &engine, Args &args)
     return repeated(engine, count, what.view().front());
 }
 
+/** -1, 0 or 1. */
+int compared(Engine &engine, QStringView a, QStringView b, Qt::CaseSensitivity mode)
+{
+    const auto folded = [mode](QChar c) { return mode == Qt::CaseSensitive ? c : c.toCaseFolded(); };
+    const qsizetype common = std::min(a.size(), b.size());
+    for (qsizetype k = 0; k < common; ++k) {
+        if (k % kPiece == 0)
+            engine.spend(kPiece / 8);
+        if (a[k] != b[k] && folded(a[k]) != folded(b[k]))
+            return folded(a[k]) < folded(b[k]) ? -1 : 1;
+    }
+    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
+}
+
 Value strComp(Engine &engine, Args &args)
 {
     const Qt::CaseSensitivity mode = comparisonMode(args, 2);
     if (isNull(args, 0) || isNull(args, 1))
         return Value::null();
-    const QString a = stringArgument(engine, args, 0);
-    const QString b = stringArgument(engine, args, 1);
-    const int order = mode == Qt::CaseSensitive ? a.compare(b) : a.toCaseFolded().compare(b.toCaseFolded());
-    return Value::integer(order < 0 ? -1 : order > 0 ? 1 : 0);
+    const Text a(engine, args, 0);
+    const Text b(engine, args, 1);
+    return Value::integer(qint16(compared(engine, a.view(), b.view(), mode)));
 }
 
 Value strReverse(Engine &engine, Args &args)
 {
-    QString value = stringArgument(engine, args, 0);
-    std::reverse(value.begin(), value.end());
-    return text(value);
+    Value result = Value::string(Text(engine, args, 0).view());
+    StringData *data = result.stringForAppending(0);
+    std::reverse(data->text(), data->text() + data->length);
+    engine.spend(data->length / 16);
+    return result;
 }
 
 Value escape(Engine &engine, Args &args)
 {
-    const QString value = stringArgument(engine, args, 0);
-    QString result;
-    for (const QChar c : value) {
+    const Text value(engine, args, 0);
+    Value result = Value::string(QStringView());
+    for (const QChar c : value.view()) {
         const char16_t code = c.unicode();
         const bool plain = code < 0x80 && (c.isLetterOrNumber() || QStringView(u"@*_+-./").contains(c));
+        engine.spend(plain ? 1 : 5);
         if (plain)
-            result += c;
+            result.append(QStringView(&c, 1));
         else if (code <= 0xff)
-            result += u'%' + QString::number(code, 16).rightJustified(2, u'0').toUpper();
+            result.append(u'%' + QString::number(code, 16).rightJustified(2, u'0').toUpper());
         else
-            result += u"%u"_s + QString::number(code, 16).rightJustified(4, u'0').toUpper();
+            result.append(u"%u"_s + QString::number(code, 16).rightJustified(4, u'0').toUpper());
     }
-    return text(result);
+    return finished(std::move(result));
 }
 
 Value unescape(Engine &engine, Args &args)
 {
-    const QString value = stringArgument(engine, args, 0);
-    QString result;
+    const Text original(engine, args, 0);
+    const QStringView value = original.view();
+    Value result = Value::string(QStringView());
     for (qsizetype k = 0; k < value.size(); ++k) {
         const bool wide = value[k] == u'%' && k + 1 < value.size() && value[k + 1].toLower() == u'u';
         const qsizetype digits = wide ? 4 : 2;
         const qsizetype at = k + (wide ? 2 : 1);
         bool ok = value[k] == u'%' && at + digits <= value.size();
-        const ushort code = ok ? value.mid(at, digits).toUShort(&ok, 16) : ushort(0);
-        if (ok) {
-            result += QChar(code);
-            k = at + digits - 1;
-        } else {
-            result += value[k];
-        }
+        const QChar code = ok ? QChar(value.mid(at, digits).toUShort(&ok, 16)) : value[k];
+        result.append(QStringView(ok ? &code : &value.data()[k], 1));
+        k += ok ? at + digits - 1 - k : 0;
+        engine.spend(1);
     }
-    return text(result);
+    return finished(std::move(result));
 }
 
 }

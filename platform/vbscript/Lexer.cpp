@@ -1,9 +1,12 @@
 #include "platform/vbscript/Lexer.h"
 
 #include "platform/vbscript/DateText.h"
+#include "platform/vbscript/Memory.h"
 #include "platform/vbscript/ScriptError.h"
+#include "platform/vbscript/ScriptHost.h"
 
 #include <QHash>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -72,7 +75,8 @@ int digitValue(QChar c)
 class Lexer
 {
 public:
-    Lexer(QStringView text, SymbolTable &symbols) : m_text(text), m_symbols(symbols) {}
+    Lexer(QStringView text, SymbolTable &symbols, ScriptHost *host, memory::Charge &charge)
+        : m_text(text), m_symbols(symbols), m_host(host), m_charge(charge) {}
     std::vector<Token> run();
 
 private:
@@ -85,6 +89,7 @@ private:
     [[noreturn]] void fail(int number) const { throw compileError(number, m_line, int(m_pos - m_lineStart)); }
     void add(Tok kind, qsizetype length);
     Token &begin(Tok kind);
+    void growTokens();
     void newLine();
     bool skipContinuation();
     void skipToLineEnd();
@@ -101,12 +106,23 @@ private:
 
     QStringView m_text;
     SymbolTable &m_symbols;
+    ScriptHost *m_host;
+    memory::Charge &m_charge;
     std::vector<Token> m_tokens;
     qsizetype m_pos = 0;
     qsizetype m_lineStart = 0;
     int m_line = 1;
     bool m_space = false;
 };
+
+void Lexer::growTokens()
+{
+    const size_t before = m_tokens.capacity();
+    const size_t after = std::max<size_t>(64, before + before / 2);
+    m_charge.resize(qint64((before + after) * sizeof(Token))); // both are there while the tokens move
+    m_tokens.reserve(after);
+    m_charge.resize(qint64(after * sizeof(Token)));
+}
 
 Token &Lexer::begin(Tok kind)
 {
@@ -115,6 +131,10 @@ Token &Lexer::begin(Tok kind)
     token.spaceBefore = m_space;
     token.line = m_line;
     token.column = int(m_pos - m_lineStart);
+    if (m_tokens.size() == m_tokens.capacity())
+        growTokens();
+    if (m_host)
+        m_host->spend(10);
     m_tokens.push_back(std::move(token));
     m_space = false;
     return m_tokens.back();
@@ -181,8 +201,7 @@ void Lexer::readWord()
     const QStringView word = m_text.mid(m_pos, length);
     const Tok kind = wordKind(word.toString().toCaseFolded());
     const bool isMember = !m_tokens.empty() && m_tokens.back().kind == Tok::Dot;
-    if (kind == Tok::Rem && startsStatement() && (isBlank(at(length)) || m_pos + length >= m_text.size()
-            || at(length) == u'\r' || at(length) == u'\n'))
+    if (kind == Tok::Rem && startsStatement())
         return skipToLineEnd();
     Token &token = begin(isMember ? Tok::Name : kind);
     token.name = m_symbols.intern(word);
@@ -215,7 +234,14 @@ void Lexer::readNumber()
         ++length;
         digits();
     }
-    if (at(length).toLower() == u'e') {
+    // A keyword may follow without a blank: `1To`, `2Else`.
+    const auto atKeyword = [&] {
+        qsizetype end = length;
+        while (isNamePart(at(end)))
+            ++end;
+        return wordKind(m_text.mid(m_pos + length, end - length).toString().toCaseFolded()) != Tok::Name;
+    };
+    if (at(length).toLower() == u'e' && !atKeyword()) {
         const qsizetype sign = at(length + 1) == u'+' || at(length + 1) == u'-' ? 1 : 0;
         if (!isDigit(at(length + 1 + sign)))
             fail(1031);
@@ -223,11 +249,12 @@ void Lexer::readNumber()
         length += 1 + sign;
         digits();
     }
-    if (isNameStart(at(length)))
+    if (isNameStart(at(length)) && !atKeyword())
         fail(1031);
     const QByteArray latin = m_text.mid(m_pos, length).toLatin1();
-    const double number = latin.toDouble();
-    if (!std::isfinite(number))
+    bool fits = false;
+    const double number = latin.toDouble(&fits);
+    if (!fits || !std::isfinite(number))
         fail(1031);
     Token &token = begin(Tok::Literal);
     token.value = whole && number <= 2147483647.0 ? Value::number(qint64(number)) : Value::real(number);
@@ -240,8 +267,11 @@ bool Lexer::readRadix()
     const int radix = mark == u'h' ? 16 : 8;
     const qsizetype prefix = mark == u'h' || mark == u'o' ? 2 : 1;
     const bool bare = prefix == 1;
-    if (digitValue(at(prefix)) >= radix)
-        return false;
+    if (digitValue(at(prefix)) >= radix) {
+        if (followsOperand() || (bare && !isDigit(at(1))))
+            return false;
+        fail(1031);
+    }
     if (followsOperand() && (bare || !m_space))
         return false;
     qsizetype length = prefix;
@@ -363,7 +393,7 @@ std::vector<Token> Lexer::run()
             newLine();
         } else if (c == u'\'' || (lineStart && m_text.mid(m_pos).startsWith(u"<!--"))) {
             skipToLineEnd();
-        } else if (c == u'_' && (m_space || lineStart) && skipContinuation()) {
+        } else if (c == u'_' && skipContinuation()) {
             continue;
         } else if (c == u'\0' && m_pos + 1 == m_text.size()) {
             ++m_pos;
@@ -386,9 +416,9 @@ ScriptError compileError(int number, int line, int column)
     return error;
 }
 
-std::vector<Token> tokenize(QStringView text, SymbolTable &symbols)
+std::vector<Token> tokenize(QStringView text, SymbolTable &symbols, ScriptHost *host, memory::Charge &charge)
 {
-    return Lexer(text, symbols).run();
+    return Lexer(text, symbols, host, charge).run();
 }
 
 }

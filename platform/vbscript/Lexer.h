@@ -7,6 +7,11 @@
 
 namespace vbs {
 
+class ScriptHost;
+namespace memory {
+class Charge;
+}
+
 /** Kinds of tokens; reserved words have their own. */
 enum class Tok : quint8 {
     End, Line, Colon, Name, Literal,
@@ -29,8 +34,8 @@ struct Token
     Value value;            // literals
 };
 
-/** Splits a script text into tokens; ends with Line, End. Throws ScriptError (compile) with its position. */
-std::vector<Token> tokenize(QStringView text, SymbolTable &symbols);
+/** Splits a script text into tokens, whose memory it charges; ends with Line, End. Throws ScriptError (compile) with its position. */
+std::vector<Token> tokenize(QStringView text, SymbolTable &symbols, ScriptHost *host, memory::Charge &charge);
 
 /** A compile error at a position. */
 class ScriptError compileError(int number, int line, int column);

@@ -10,13 +10,13 @@ Object::~Object() = default;
 
 void *Object::operator new(std::size_t size)
 {
-    memory::charge(qint64(size));
+    memory::charge(memory::blockSize(qint64(size)));
     return ::operator new(size);
 }
 
 void Object::operator delete(void *block, std::size_t size)
 {
-    memory::release(qint64(size));
+    memory::release(memory::blockSize(qint64(size)));
     ::operator delete(block);
 }
 

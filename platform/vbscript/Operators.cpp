@@ -146,10 +146,17 @@ Value concat(ScriptHost &host, const Value &a, const Value &b)
 {
     if (a.is(Type::Null) && b.is(Type::Null))
         return Value::null();
-    const QString left = a.is(Type::Null) ? QString() : toText(host, a);
-    const QString right = b.is(Type::Null) ? QString() : toText(host, b);
-    host.spend((left.size() + right.size()) / 64);
-    return Value::string(left + right);
+    if (a.is(Type::String) && a.view().isEmpty() && b.is(Type::String))
+        return b;
+    const auto converted = [&host](const Value &value) {
+        return value.is(Type::String) || value.is(Type::Null) ? QString() : toText(host, value);
+    };
+    const QString left = converted(a);
+    const QString right = converted(b);
+    Value result = Value::string(a.is(Type::String) ? a.view() : QStringView(left),
+        b.is(Type::String) ? b.view() : QStringView(right));
+    host.spend(result.view().size() / 64);
+    return result;
 }
 
 /** Bits of a logical operand; strings may be numbers or truth values. */

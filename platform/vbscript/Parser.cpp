@@ -1,14 +1,28 @@
 #include "platform/vbscript/Parser.h"
 
 #include "platform/vbscript/ScriptError.h"
+#include "platform/vbscript/ScriptHost.h"
 
 namespace vbs {
 
-Parser::Parser(QStringView text, SymbolTable &symbols)
-    : m_symbols(symbols), m_tokens(tokenize(text, symbols)), m_defaultWord(symbols.intern(u"Default")),
+Parser::Parser(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass)
+    : m_symbols(symbols), m_host(host), m_insideClass(insideClass),
+      m_tokens(tokenize(text, symbols, host, m_tokenCharge)), m_defaultWord(symbols.intern(u"Default")),
       m_propertyWord(symbols.intern(u"Property")), m_explicitWord(symbols.intern(u"Explicit")),
       m_errorWord(symbols.intern(u"Error")), m_stepWord(symbols.intern(u"Step"))
 {
+}
+
+/** Counts the nodes of the tree as work and as the script's memory. */
+void Parser::countNode(size_t bytes)
+{
+    if (m_host)
+        m_host->spend(10);
+    m_nodeBytes += qint64(bytes);
+    if (m_nodeBytes < m_charged)
+        return;
+    m_charged = m_nodeBytes + m_nodeBytes / 2;
+    m_unit->charge.resize(m_charged);
 }
 
 bool Parser::accept(Tok kind)
@@ -57,6 +71,9 @@ void Parser::skipSeparators()
 
 std::shared_ptr<Unit> Parser::script()
 {
+    for (const Token &token : m_tokens)
+        if (token.kind == Tok::Name && token.name->folded.startsWith(u"execute"))
+            m_unit->runsTexts = true;
     skipSeparators();
     if (at(Tok::Option))
         optionStatement();
@@ -76,11 +93,14 @@ std::shared_ptr<Unit> Parser::expressionOnly()
     return m_unit;
 }
 
-std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols) { return Parser(text, symbols).script(); }
-
-std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols)
+std::shared_ptr<Unit> parseScript(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass)
 {
-    return Parser(text, symbols).expressionOnly();
+    return Parser(text, symbols, host, insideClass).script();
+}
+
+std::shared_ptr<Unit> parseExpression(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass)
+{
+    return Parser(text, symbols, host, insideClass).expressionOnly();
 }
 
 }

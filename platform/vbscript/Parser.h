@@ -11,7 +11,7 @@ namespace vbs {
 class Parser
 {
 public:
-    Parser(QStringView text, SymbolTable &symbols);
+    Parser(QStringView text, SymbolTable &symbols, ScriptHost *host, bool insideClass);
     std::shared_ptr<Unit> script();
     std::shared_ptr<Unit> expressionOnly();
 
@@ -22,6 +22,7 @@ private:
     const Token &current() const { return m_tokens[m_pos]; }
     const Token &ahead(size_t count) const { return m_tokens[std::min(m_pos + count, m_tokens.size() - 1)]; }
     bool at(Tok kind) const { return current().kind == kind; }
+    void countNode(size_t bytes);
     bool accept(Tok kind);
     void expect(Tok kind, int error);
     [[noreturn]] void fail(int error) const;
@@ -90,7 +91,12 @@ private:
 
     std::shared_ptr<Unit> m_unit = std::make_shared<Unit>();
     SymbolTable &m_symbols;
+    ScriptHost *m_host;
+    bool m_insideClass; // the text is run by Execute or Eval in a method
+    memory::Charge m_tokenCharge;
     std::vector<Token> m_tokens;
+    qint64 m_nodeBytes = 0;
+    qint64 m_charged = 0; // of the nodes; at least as much
     size_t m_pos = 0;
     ProcedureAst *m_procedure = nullptr; // null: global statements
     ClassAst *m_class = nullptr;

@@ -37,7 +37,10 @@ void Parser::globalStatement()
         break;
     case Tok::Class: classDefinition(); break;
     case Tok::Public: case Tok::Private: visibleDefinition(); break;
-    case Tok::EndWord: fail(1002);
+    case Tok::Name:
+        if (atProperty() && ahead(1).kind != Tok::Name)
+            fail(1048);
+        [[fallthrough]];
     default: statement(m_unit->main.body);
     }
     expectStatementEnd();
@@ -47,6 +50,8 @@ void Parser::visibleDefinition()
 {
     const bool isPrivate = at(Tok::Private);
     ++m_pos;
+    if (atProperty())
+        fail(1048);
     if (atName(m_defaultWord) && (ahead(1).kind == Tok::Sub || ahead(1).kind == Tok::Function))
         ++m_pos;
     if (at(Tok::Sub) || at(Tok::Function))
@@ -171,6 +176,7 @@ void Parser::procedureEnd(ProcedureAst *ast)
 
 ProcedureAst *Parser::procedure(bool isPrivate, bool isDefault, bool explicitPublic)
 {
+    countNode(sizeof(ProcedureAst));
     ProcedureAst *ast = &m_unit->procedureStore.emplace_back();
     ast->line = current().line;
     ast->column = current().column;
@@ -215,6 +221,7 @@ void Parser::addProcedure(ProcedureAst *ast)
 
 void Parser::classDefinition()
 {
+    countNode(sizeof(ClassAst));
     ClassAst *ast = &m_unit->classStore.emplace_back();
     ast->line = current().line;
     ast->column = current().column;
@@ -251,6 +258,8 @@ void Parser::classMember(ClassAst *ast)
         && (next == Tok::Sub || next == Tok::Function || (next == Tok::Name && ahead(1).name == m_propertyWord));
     if (isDefault)
         ++m_pos;
+    else if (atName(m_defaultWord) && (next == Tok::Name || next == Tok::Dim || next == Tok::Const))
+        fail(1056);
     if (!isDim && (at(Tok::Sub) || at(Tok::Function) || atProperty())) {
         ast->members.push_back(procedure(isPrivate, isDefault, isPublic));
         return;

@@ -37,6 +37,7 @@ int rankOf(Tok kind)
 
 Expr *Parser::newExpr(ExprKind kind)
 {
+    countNode(sizeof(Expr));
     Expr &expr = m_unit->expressionStore.emplace_back();
     expr.kind = kind;
     expr.line = current().line;
@@ -103,7 +104,7 @@ Expr *Parser::primary()
         return expr;
     }
     case Tok::Me: {
-        if (!m_class)
+        if (!m_class && (!m_insideClass || m_procedure))
             fail(1037);
         Expr *expr = newExpr(ExprKind::Me);
         ++m_pos;

@@ -17,6 +17,7 @@ bool closesOuterBlock(Tok word, Tok next)
 
 Stmt *Parser::newStmt(StmtKind kind, Block &body)
 {
+    countNode(sizeof(Stmt) + sizeof(Stmt *));
     Stmt &stmt = m_unit->statementStore.emplace_back();
     stmt.kind = kind;
     stmt.line = current().line;
@@ -71,8 +72,7 @@ void Parser::statement(Block &body)
     case Tok::Name: case Tok::Me: case Tok::Dot: return assignmentOrCall(body);
     case Tok::Loop: fail(1038);
     case Tok::Next: fail(1055);
-    case Tok::Let: case Tok::Literal: case Tok::LeftParen: fail(1024);
-    default: fail(1002);
+    default: fail(1024);
     }
 }
 
@@ -185,6 +185,9 @@ void Parser::blockIf(Stmt *stmt)
         stmt->branches.push_back(std::move(branch));
     }
     markEnd(stmt);
+    const bool startsLine = m_tokens[m_pos - 1].kind == Tok::Line || current().line == stmt->line;
+    if (at(Tok::EndWord) && ahead(1).kind == Tok::If && !startsLine)
+        fail(1042);
     expectEnd(Tok::If, 1012);
 }
 

@@ -8,29 +8,29 @@ namespace vbs {
 
 namespace {
 
-/** For Each over a list of values. */
+/** For Each over an array of values. */
 class ListEnumerator final : public Enumerator
 {
 public:
-    explicit ListEnumerator(QList<Value> items) : m_items(std::move(items)) {}
+    explicit ListEnumerator(Value items) : m_items(std::move(items)) {}
     bool next(Value &item) override
     {
-        if (m_at >= m_items.size())
+        if (m_at >= m_items.array()->size)
             return false;
-        item = m_items[m_at++];
+        item = m_items.array()->items[m_at++];
         return true;
     }
 
 private:
-    QList<Value> m_items;
-    qsizetype m_at = 0;
+    Value m_items;
+    qint64 m_at = 0;
 };
 
 /** Matches and SubMatches: a count, items by number, For Each. */
 class MatchList final : public NativeObject<MatchList>
 {
 public:
-    MatchList(QString typeName, QList<Value> items) : m_typeName(std::move(typeName)), m_items(std::move(items)) {}
+    MatchList(const char *typeName, Value items) : m_typeName(typeName), m_items(std::move(items)) {}
     static std::span<const Member<MatchList>> members()
     {
         static constexpr Member<MatchList> kMembers[] = {
@@ -39,36 +39,45 @@ public:
         };
         return kMembers;
     }
-    QString typeName() const override { return m_typeName; }
+    QString typeName() const override { return QString::fromLatin1(m_typeName); }
     std::unique_ptr<Enumerator> enumerate(ScriptHost &) override { return std::make_unique<ListEnumerator>(m_items); }
 
 private:
     Value item(Args &args)
     {
         const int index = args.integer(0);
-        if (index < 0 || index >= m_items.size())
+        if (index < 0 || index >= m_items.array()->size)
             throw ScriptError(err::kInvalidCall);
-        return m_items[index];
+        return m_items.array()->items[index];
     }
-    Value count(Args &) { return Value::longInteger(qint32(m_items.size())); }
+    Value count(Args &) { return Value::longInteger(qint32(m_items.array()->size)); }
 
-    QString m_typeName;
-    QList<Value> m_items;
+    const char *m_typeName;
+    Value m_items;
 };
+
+QStringView groupText(QStringView text, const std::vector<qint32> &captures, size_t group)
+{
+    const qint32 from = captures[2 * group];
+    const qint32 to = captures[2 * group + 1];
+    return from < 0 || to < 0 ? QStringView() : text.mid(from, to - from);
+}
+
+/** The groups of a match; one that took no part is Empty. */
+QList<Value> groupValues(QStringView text, const std::vector<qint32> &captures)
+{
+    QList<Value> groups;
+    for (size_t k = 1; 2 * k + 1 < captures.size(); ++k)
+        groups.append(captures[2 * k] < 0 ? Value() : Value::string(groupText(text, captures, k)));
+    return groups;
+}
 
 class MatchObject final : public NativeObject<MatchObject>
 {
 public:
     MatchObject(QStringView text, const std::vector<qint32> &captures)
-        : m_value(text.mid(captures[0], captures[1] - captures[0]).toString()), m_first(captures[0])
-    {
-        QList<Value> groups;
-        for (size_t k = 2; k + 1 < captures.size(); k += 2)
-            groups.append(captures[k] < 0 || captures[k + 1] < 0
-                    ? Value()
-                    : Value::string(text.mid(captures[k], captures[k + 1] - captures[k])));
-        m_groups = Value::object(new MatchList(u"ISubMatches"_s, groups));
-    }
+        : m_value(Value::string(groupText(text, captures, 0))), m_groups(Value::array(groupValues(text, captures))),
+          m_first(captures[0]) {}
     static std::span<const Member<MatchObject>> members()
     {
         static constexpr Member<MatchObject> kMembers[] = {
@@ -82,24 +91,20 @@ public:
     QString typeName() const override { return u"IMatch2"_s; }
 
 private:
-    Value value(Args &) { return Value::string(m_value); }
+    Value value(Args &) { return m_value; }
     Value firstIndex(Args &) { return Value::longInteger(m_first); }
-    Value length(Args &) { return Value::longInteger(qint32(m_value.size())); }
-    Value subMatches(Args &) { return m_groups; }
+    Value length(Args &) { return Value::longInteger(qint32(m_value.view().size())); }
+    Value subMatches(Args &) { return Value::object(new MatchList("ISubMatches", m_groups)); }
 
-    QString m_value;
-    qint32 m_first;
+    Value m_value;
     Value m_groups;
+    qint32 m_first;
 };
 
 /** What `$1`, `$&` … of a replacement text stand for. */
 QString expanded(const QString &with, QStringView text, const std::vector<qint32> &captures)
 {
-    const auto part = [&](size_t group) {
-        const qint32 from = captures[2 * group];
-        const qint32 to = captures[2 * group + 1];
-        return from < 0 || to < 0 ? QStringView() : text.mid(from, to - from);
-    };
+    const auto part = [&](size_t group) { return groupText(text, captures, group); };
     const size_t groups = captures.size() / 2;
     QString result;
     for (qsizetype k = 0; k < with.size(); ++k) {
@@ -166,8 +171,11 @@ void RegExpObject::setMultiLine(Args &args)
 
 const Regex &RegExpObject::compiled()
 {
-    if (!m_regex)
-        m_regex = std::make_unique<Regex>(m_pattern, m_options);
+    if (!m_regex) {
+        auto regex = std::make_unique<Regex>(m_pattern, m_options);
+        m_charge.resize(regex->bytes() + 4 * m_pattern.size());
+        m_regex = std::move(regex);
+    }
     return *m_regex;
 }
 
@@ -182,16 +190,17 @@ Value RegExpObject::execute(Args &args)
 {
     const QString text = args.text(0);
     const Regex &regex = compiled();
-    QList<Value> found;
+    ArrayBuilder found;
     std::vector<qint32> captures;
     qsizetype from = 0;
     while (from <= text.size() && regex.find(args.host(), text, from, captures)) {
         found.append(Value::object(new MatchObject(text, captures)));
+        args.host().spend(20);
         from = captures[1] > captures[0] ? captures[1] : captures[1] + 1;
         if (!m_global)
             break;
     }
-    return Value::object(new MatchList(u"IMatchCollection2"_s, found));
+    return Value::object(new MatchList("IMatchCollection2", found.take()));
 }
 
 Value RegExpObject::replace(Args &args)
@@ -201,33 +210,29 @@ Value RegExpObject::replace(Args &args)
     const bool calls = with.is(Type::Object);
     const QString pattern = calls ? QString() : args.text(1);
     const Regex &regex = compiled();
-    QString result;
+    Value result = Value::string(QStringView());
     std::vector<qint32> captures;
     qsizetype from = 0;
     qsizetype copied = 0;
     while (from <= text.size() && regex.find(args.host(), text, from, captures)) {
-        result += QStringView(text).mid(copied, captures[0] - copied);
+        result.append(QStringView(text).mid(copied, captures[0] - copied));
         if (calls) {
-            QList<Value> parts = { Value::string(QStringView(text).mid(captures[0], captures[1] - captures[0])) };
-            for (size_t k = 2; k + 1 < captures.size(); k += 2)
-                parts.append(captures[k] < 0 ? Value()
-                                             : Value::string(QStringView(text).mid(captures[k], captures[k + 1] - captures[k])));
+            QList<Value> parts = groupValues(text, captures);
+            parts.prepend(Value::string(groupText(text, captures, 0)));
             parts.append(Value::longInteger(captures[0]));
             parts.append(Value::string(text));
-            result += toText(args.host(), args.host().callObject(toObject(with), parts));
+            result.append(toText(args.host(), args.host().callObject(toObject(with), parts)));
         } else {
-            result += expanded(pattern, text, captures);
+            result.append(expanded(pattern, text, captures));
         }
         copied = captures[1];
         from = captures[1] > captures[0] ? captures[1] : captures[1] + 1;
-        args.host().spend(2 + result.size() / 4096);
-        if (result.size() > 100'000'000)
-            throw ScriptError(err::kOutOfMemory);
+        args.host().spend(2 + pattern.size() / 32);
         if (!m_global)
             break;
     }
-    result += QStringView(text).mid(copied);
-    return Value::string(result);
+    result.append(QStringView(text).mid(copied));
+    return result;
 }
 
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/vbscript/Memory.h"
 #include "platform/vbscript/Object.h"
 #include "platform/vbscript/Regex.h"
 
@@ -32,6 +33,7 @@ private:
     QString m_pattern;
     bool m_global = false;
     Regex::Options m_options;
+    memory::Charge m_charge;        // for m_regex
     std::unique_ptr<Regex> m_regex; // null: to be compiled
 };
 

@@ -634,6 +634,14 @@ bool RegexMatcher::matchAt(qsizetype start)
     return run(0, qint32(start), 0);
 }
 
+qint64 Regex::bytes() const
+{
+    qint64 sum = qint64(m_steps.capacity() * sizeof(Step) + m_sets.capacity() * sizeof(Set) + sizeof(Regex));
+    for (const Set &set : m_sets)
+        sum += qint64(set.ranges.capacity() * sizeof(Range));
+    return sum + 64;
+}
+
 Regex::Regex(QStringView pattern, Options options) : m_options(options)
 {
     m_slots = 0;

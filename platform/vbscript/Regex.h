@@ -23,6 +23,8 @@ public:
     /** Throws ScriptError 5017 to 5021 for a pattern that is none. */
     Regex(QStringView pattern, Options options);
 
+    /** Memory of the compiled pattern. */
+    qint64 bytes() const;
     int groupCount() const { return m_groups; }
     /**
      * Finds the first match at or after `from`. `captures` gets start and end of the whole match and of each

@@ -64,24 +64,7 @@ inline bool quickCompare(const Value &a, const Value &b, Compare compare, bool &
 
 }
 
-/**
- * The loop: runs until the procedure that native code called has ended. Common cases of numbers are handled here,
- * everything else in functions that may throw.
- */
-void Engine::loop()
-{
-    Frame *frame = nullptr;
-    const Instruction *pc = nullptr;
-    const auto enter = [&] {
-        frame = &m_frames[m_frameCount - 1];
-        pc = frame->pc;
-        m_place[0] = frame->registers;
-        m_place[1] = frame->code->constants.data();
-        m_place[2] = m_globals;
-        m_place[3] = frame->me.is(Type::Object) ? frame->instance()->fields() : nullptr;
-    };
-    enter();
-
+// The same few lines for each operator, where only the operator differs.
 #define KAVRO_ARITHMETIC(NAME, WHOLE, REAL)                                                                           \
     case Op::NAME: {                                                                                                  \
         const auto whole = [](qint64 x, qint64 y) { return WHOLE; };                                                  \
@@ -117,6 +100,24 @@ void Engine::loop()
             next = frame->code->instructions.data() + i.d;                                                            \
         break;                                                                                                        \
     }
+
+/**
+ * The loop: runs until the procedure that native code called has ended. Common cases of numbers are handled here,
+ * everything else in functions that may throw.
+ */
+void Engine::loop()
+{
+    Frame *frame = nullptr;
+    const Instruction *pc = nullptr;
+    const auto enter = [&] {
+        frame = &m_frames[m_frameCount - 1];
+        pc = frame->pc;
+        m_place[0] = frame->registers;
+        m_place[1] = frame->code->constants.data();
+        m_place[2] = m_globals;
+        m_place[3] = frame->me.is(Type::Object) ? frame->instance()->fields() : nullptr;
+    };
+    enter();
 
     for (;;) {
         const Instruction &i = *pc;
@@ -216,7 +217,7 @@ void Engine::loop()
                 next = frame->code->instructions.data() + i.d;
             break;
         case Op::Call: case Op::CallValue: case Op::GetMember: case Op::CallMember: case Op::PutMemberLet:
-        case Op::PutMemberSet: case Op::Index1: {
+        case Op::PutMemberSet: case Op::Index1: case Op::ReadImplicit: {
             const size_t before = m_frameCount;
             if (--m_budget <= 0)
                 poll();
@@ -226,6 +227,8 @@ void Engine::loop()
                 callProcedureByName(i);
             else if (i.op == Op::CallValue)
                 callValue(i);
+            else if (i.op == Op::ReadImplicit)
+                readImplicit(i);
             else if (i.op == Op::GetMember || i.op == Op::CallMember)
                 getMember(i);
             else
@@ -263,6 +266,7 @@ void Engine::loop()
             continue;
         case Op::Randomize: randomize(i); break;
         case Op::CheckDefined: checkDefined(i); break;
+        case Op::DeclareGlobal: declareGlobal(i); break;
         case Op::RaiseError:
             throw ScriptError(i.b, i.d >= 0 ? frame->code->names[size_t(i.d)]->text : QString());
         case Op::Return: {
@@ -292,9 +296,10 @@ void Engine::loop()
         }
         pc = next;
     }
+}
+
 #undef KAVRO_ARITHMETIC
 #undef KAVRO_COMPARISON
-}
 
 /** A value for keeping: moved out of an intermediate register, copied from anywhere else. */
 Value Engine::take(Operand operand)
@@ -432,9 +437,7 @@ void Engine::appendText(const Instruction &i)
     const QString converted = added.is(Type::String) ? QString() : toText(*this, added);
     const QStringView view = added.is(Type::String) ? added.view() : QStringView(converted);
     dropTemporary(i.c);
-    StringData *data = text.stringForAppending(view.size());
-    std::copy(view.utf16(), view.utf16() + view.size(), data->text() + data->length);
-    data->length += quint32(view.size());
+    text.append(view);
     spend(1 + view.size() / 64);
 }
 

@@ -27,8 +27,19 @@ QString Engine::operandName(Operand operand) const
         for (auto it = members.cbegin(); it != members.cend(); ++it)
             if (it->field == int(index))
                 return it.key()->text;
+    } else if (const Value &value = frame.code->constants[index]; value.is(Type::Object)) {
+        for (auto it = m_predefined.cbegin(); it != m_predefined.cend(); ++it)
+            if (it->object() == value.object())
+                return it.key()->text;
     }
     return {};
+}
+
+/** holder.name as messages show it; the name alone where the holder has none. */
+QString Engine::memberName(Operand holder, const Symbol *name) const
+{
+    const QString base = operandName(holder);
+    return base.isEmpty() ? name->text : base + u'.' + name->text;
 }
 
 Object *Engine::objectAt(Operand operand)
@@ -50,6 +61,26 @@ bool Engine::callProcedureByName(const Instruction &i)
     }
     pushCall(name->procedure.get(), nullptr, &at(i.b), i.n, i.a);
     return true;
+}
+
+bool Engine::readImplicit(const Instruction &i)
+{
+    Value &source = at(i.b);
+    Symbol *name = m_frames[m_frameCount - 1].code->names[size_t(i.d)];
+    const Value &value = source.resolved();
+    if (name->kind == GlobalKind::Procedure && value.is(Type::Object)
+        && dynamic_cast<ProcedureReference *>(value.object())) {
+        pushCall(name->procedure.get(), nullptr, &at(i.c), 0, i.a);
+        return true;
+    }
+    if (!i.n) {
+        store(i.a, take(i.b));
+        return false;
+    }
+    if (m_frames[m_frameCount - 1].code->isGlobal)
+        declareGlobal(i);
+    at(i.a) = source.isReference() ? source : Value::reference(&source);
+    return false;
 }
 
 bool Engine::callIntrinsic(const Instruction &i)
@@ -97,6 +128,14 @@ Value Engine::element(const ArrayData &array, qint64 offset) const
     if (array.elementType == Type::Byte)
         return Value::byte(quint8(array.bytes[offset]));
     return array.items[offset];
+}
+
+/** The array for writing; copying a shared one counts as work. */
+ArrayData *Engine::writableArray(Value &value)
+{
+    if (!value.array()->isUnique())
+        spend(value.array()->size / 4);
+    return value.arrayForWriting();
 }
 
 bool Engine::index1(const Instruction &i)
@@ -192,7 +231,7 @@ bool Engine::getMember(const Instruction &i)
         return getInstanceMember(i, instance, name);
     const int member = object->findMember(name->folded);
     if (member == Object::kNoMember)
-        throw ScriptError(err::kNoSuchMember, name->text);
+        throw ScriptError(err::kNoSuchMember, memberName(i.c, name));
     const bool separate = i.n > 0 && !object->takesArguments(member);
     Args args(*this, &at(i.b), separate ? 0 : i.n);
     Value result = object->invoke(member, i.a == place::kNone && !separate ? Access::Call : Access::Get, args);
@@ -210,7 +249,7 @@ bool Engine::getInstanceMember(const Instruction &i, Instance *instance, Symbol 
     const auto found = definition.members.constFind(name);
     const bool inside = m_frames[m_frameCount - 1].code->owner == &definition;
     if (found == definition.members.constEnd() || (found->isPrivate && !inside))
-        throw ScriptError(err::kNoSuchMember, name->text);
+        throw ScriptError(err::kNoSuchMember, memberName(i.c, name));
     if (found->field >= 0) {
         const Value &field = instance->fields()[found->field];
         if (i.n == 0 && !(i.a == place::kNone && field.is(Type::Object))) {
@@ -222,7 +261,7 @@ bool Engine::getInstanceMember(const Instruction &i, Instance *instance, Symbol 
         return callValueOf(callee, &at(i.b), i.n, i.a, place::kNone, i.b);
     }
     if (!found->get)
-        throw ScriptError(err::kNoSuchMember, name->text);
+        throw ScriptError(err::kNoSuchMember, memberName(i.c, name));
     const std::shared_ptr<Procedure> procedure = found->get;
     // Arguments behind a property that takes none belong to what it returns.
     if (i.n > 0 && procedure->ast->parameters.empty() && procedure->ast->kind == ProcedureKind::PropertyGet) {
@@ -249,7 +288,7 @@ bool Engine::putMember(const Instruction &i, bool isSet)
     if (!isSet && value.is(Type::Object) && !object->takesObjects(member))
         value = plain(value);
     if (member == Object::kNoMember)
-        throw ScriptError(err::kNoSuchMember, name->text);
+        throw ScriptError(err::kNoSuchMember, memberName(i.c, name));
     if (i.n > 0 && !object->takesArguments(member)) {
         Args none(*this, nullptr, 0);
         Value base = object->invoke(member, Access::Get, none);
@@ -268,7 +307,7 @@ bool Engine::putInstanceMember(const Instruction &i, Instance *instance, Symbol 
     const auto found = definition.members.constFind(name);
     const bool inside = m_frames[m_frameCount - 1].code->owner == &definition;
     if (found == definition.members.constEnd() || (found->isPrivate && !inside))
-        throw ScriptError(err::kNoSuchMember, name->text);
+        throw ScriptError(err::kNoSuchMember, memberName(i.c, name));
     if (found->field < 0) {
         const auto procedure = isSet ? found->set : found->let;
         if (!procedure && i.n > 0 && found->get && found->get->ast->parameters.empty()) {
@@ -278,7 +317,7 @@ bool Engine::putInstanceMember(const Instruction &i, Instance *instance, Symbol 
             return false;
         }
         if (!procedure)
-            throw ScriptError(err::kNoSuchMember, name->text);
+            throw ScriptError(err::kNoSuchMember, memberName(i.c, name));
         if (!isSet && value.is(Type::Object))
             value = plain(value);
         at(Operand(i.b + i.n)) = std::move(value);
@@ -338,7 +377,7 @@ void Engine::putElement(Value &base, Value *arguments, int count, Value value, b
         value = plain(value);
     if (base.is(Type::Array)) {
         const qint64 offset = elementOffset(*base.array(), arguments, count);
-        ArrayData *array = base.arrayForWriting();
+        ArrayData *array = writableArray(base);
         if (array->elementType == Type::Byte) {
             array->bytes[offset] = char(quint8(toLong(*this, value)));
             return;
@@ -378,7 +417,7 @@ void Engine::elementReference(const Instruction &i)
     if (base.array()->elementType == Type::Byte) {
         at(i.a) = element(*base.array(), offset);
     } else {
-        Value reference = Value::elementReference(base.arrayForWriting(), quint32(offset));
+        Value reference = Value::elementReference(writableArray(base), quint32(offset));
         dropTemporary(i.c);
         at(i.a) = std::move(reference);
     }

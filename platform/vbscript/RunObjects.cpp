@@ -59,7 +59,7 @@ void Engine::eachStart(const Instruction &i)
             ? i.b < m_frames[m_frameCount - 1].code->firstTemporary
             : (i.b & ~place::kIndexMask) != place::kConstant;
         const bool lock = variable && group.array()->items;
-        ArrayData *array = lock ? group.arrayForWriting() : nullptr;
+        ArrayData *array = lock ? writableArray(group) : nullptr;
         Value holder = lock ? Value::elementReference(array, 0) : Value(group);
         const ArrayData *data = lock ? array : holder.array();
         items = std::make_unique<ArrayEnumerator>(std::move(holder), data);
@@ -151,16 +151,18 @@ void Engine::reDim(const Instruction &i)
     if (old.size() != counts.size() || !std::equal(old.begin(), old.end() - 1, counts.begin()))
         throw ScriptError(err::kSubscript);
     spend(variable.array()->size / 16);
-    variable.arrayForWriting()->resizeLast(counts.last());
+    writableArray(variable)->resizeLast(counts.last());
 }
 
 void Engine::erase(const Instruction &i)
 {
     Value &variable = at(i.b).resolved();
-    if (!variable.is(Type::Array))
-        throw ScriptError(err::kTypeMismatch, operandName(i.b));
+    if (!variable.is(Type::Array)) {
+        const auto &names = m_frames[m_frameCount - 1].code->names;
+        throw ScriptError(err::kTypeMismatch, i.d >= 0 ? names[size_t(i.d)]->text : QString());
+    }
     if (variable.isFixedArray()) {
-        ArrayData *array = variable.arrayForWriting();
+        ArrayData *array = writableArray(variable);
         for (qint64 k = 0; k < array->size; ++k)
             array->items[k] = Value();
     } else {
@@ -188,6 +190,15 @@ void Engine::checkDefined(const Instruction &i)
         throw ScriptError(err::kUndefinedVariable, name->text);
 }
 
+void Engine::declareGlobal(const Instruction &i)
+{
+    Symbol *name = m_frames[m_frameCount - 1].code->names[size_t(i.d)];
+    if (name->kind != GlobalKind::None)
+        return;
+    name->kind = GlobalKind::Variable;
+    invalidate({ name });
+}
+
 // Execute, ExecuteGlobal, Eval
 
 CompileScope Engine::scopeOf(const Frame &frame) const
@@ -195,7 +206,7 @@ CompileScope Engine::scopeOf(const Frame &frame) const
     const Code *root = m_frames[frame.scope].code.get();
     const Locals *extras = m_frames[frame.scope].extras.get();
     const auto isExtra = [extras](Symbol *name) { return extras && extras->count(name) > 0; };
-    return { const_cast<Engine *>(this), root->owner, root->isGlobal ? nullptr : root, frame.code->optionExplicit,
+    return { const_cast<Engine *>(this), root->owner, root->isGlobal ? nullptr : root, frame.code->optionExplicit, true,
         isExtra };
 }
 
@@ -251,13 +262,14 @@ void Engine::defineLocals(Frame &scopeFrame, const std::shared_ptr<Unit> &unit)
 void Engine::execute(const Instruction &i, bool global)
 {
     const QString text = toText(*this, at(i.b));
+    const memory::Charge passing(2 * text.size());
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols);
+    const std::shared_ptr<Unit> unit = parseScript(text, m_symbols, this, !global && frame.me.is(Type::Object));
     CompileScope scope = scopeOf(frame);
     if (global)
-        scope = { this, nullptr, nullptr, frame.code->optionExplicit, {} };
+        scope = { this, nullptr, nullptr, frame.code->optionExplicit, true, {} };
     scope.optionExplicit = scope.optionExplicit || unit->optionExplicit;
     const CodePointer code = define(unit, scope);
     if (scope.outer)
@@ -270,10 +282,11 @@ void Engine::execute(const Instruction &i, bool global)
 void Engine::eval(const Instruction &i)
 {
     const QString text = toText(*this, at(i.b));
+    const memory::Charge passing(2 * text.size());
     dropTemporary(i.b);
     spend(text.size());
     Frame &frame = m_frames[m_frameCount - 1];
-    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols);
+    const std::shared_ptr<Unit> unit = parseExpression(text, m_symbols, this, frame.me.is(Type::Object));
     pushText(compileEval(scopeOf(frame), unit->expression), frame, i.a);
 }
 

@@ -30,6 +30,9 @@ struct Symbol
 class SymbolTable
 {
 public:
+    SymbolTable() = default;
+    ~SymbolTable();
+    Q_DISABLE_COPY_MOVE(SymbolTable)
     Symbol *intern(QStringView text);
     Symbol *find(const QString &folded) const { return m_byName.value(folded); }
     const std::vector<std::unique_ptr<Symbol>> &all() const { return m_symbols; }

@@ -27,12 +27,19 @@ thread_local int t_releaseDepth = 0;
 thread_local std::vector<Doomed> t_doomed;
 
 qint64 textBytes(qsizetype capacity) { return qint64(sizeof(StringData)) + 2 * capacity; }
+qint64 textCharge(qsizetype capacity) { return memory::blockSize(textBytes(capacity)); }
+
+/** What an array's elements cost. */
+qint64 itemsCharge(Type element, qint64 size)
+{
+    return size ? memory::blockSize(element == Type::Byte ? size : size * qint64(sizeof(Value))) : 0;
+}
 
 StringData *newString(qsizetype length, qsizetype capacity)
 {
     if (capacity > kLongestText)
         throw ScriptError(err::kOutOfMemory);
-    memory::charge(textBytes(capacity));
+    memory::charge(textCharge(capacity));
     auto *data = new (std::malloc(size_t(textBytes(capacity)))) StringData;
     data->refs = 1;
     data->length = quint32(length);
@@ -42,7 +49,7 @@ StringData *newString(qsizetype length, qsizetype capacity)
 
 void freeString(StringData *data) noexcept
 {
-    memory::release(textBytes(data->capacity));
+    memory::release(textCharge(data->capacity));
     std::free(data);
 }
 
@@ -78,8 +85,7 @@ ArrayData::ArrayData(const QVarLengthArray<qint32, 4> &dimensions, Type element)
             throw ScriptError(err::kOutOfMemory);
         total *= count;
     }
-    const qint64 bytesNeeded = element == Type::Byte ? total : total * qint64(sizeof(Value));
-    memory::charge(bytesNeeded + qint64(sizeof(ArrayData)));
+    memory::charge(itemsCharge(element, total) + memory::blockSize(sizeof(ArrayData)));
     size = total;
     if (element == Type::Byte)
         bytes = QByteArray(total, '\0');
@@ -92,7 +98,7 @@ ArrayData::~ArrayData()
     for (qint64 i = 0; items && i < size; ++i)
         items[i].~Value();
     std::free(items);
-    memory::release(qint64(sizeof(ArrayData)) + (elementType == Type::Byte ? size : size * qint64(sizeof(Value))));
+    memory::release(memory::blockSize(sizeof(ArrayData)) + itemsCharge(elementType, size));
 }
 
 ArrayData *ArrayData::makeBytes(const QByteArray &contents)
@@ -122,9 +128,10 @@ void ArrayData::resizeLast(qint32 count)
     if (count && perLayer > std::numeric_limits<qint32>::max() / count)
         throw ScriptError(err::kOutOfMemory);
     const qint64 newSize = perLayer * count;
-    const qint64 each = elementType == Type::Byte ? 1 : qint64(sizeof(Value));
-    if (newSize > size)
-        memory::charge((newSize - size) * each);
+    const qint64 before = itemsCharge(elementType, size);
+    const qint64 after = itemsCharge(elementType, newSize);
+    if (after > before)
+        memory::charge(after - before);
     if (elementType == Type::Byte) {
         bytes.resize(newSize);
         if (newSize > size)
@@ -136,8 +143,8 @@ void ArrayData::resizeLast(qint32 count)
         if (newSize > size)
             std::memset(static_cast<void *>(items + size), 0, size_t(newSize - size) * sizeof(Value));
     }
-    if (newSize < size)
-        memory::release((size - newSize) * each);
+    if (after < before)
+        memory::release(before - after);
     size = newSize;
     counts.last() = count;
 }
@@ -223,6 +230,22 @@ Value Value::string(QStringView text)
     return Value(Type::String, static_cast<Counted *>(data));
 }
 
+Value Value::string(qsizetype count, QChar character)
+{
+    StringData *data = newString(count, count);
+    std::fill_n(data->text(), count, character.unicode());
+    return Value(Type::String, static_cast<Counted *>(data));
+}
+
+Value Value::string(QStringView first, QStringView second)
+{
+    const qsizetype length = first.size() + second.size();
+    StringData *data = newString(length, length);
+    char16_t *behind = std::copy(first.utf16(), first.utf16() + first.size(), data->text());
+    std::copy(second.utf16(), second.utf16() + second.size(), behind);
+    return Value(Type::String, static_cast<Counted *>(data));
+}
+
 Value Value::object(Object *object)
 {
     if (object)
@@ -280,6 +303,27 @@ StringData *Value::stringForAppending(qsizetype extra)
         freeString(data);
     m_counted = grown;
     return grown;
+}
+
+void Value::append(QStringView text)
+{
+    StringData *data = stringForAppending(text.size());
+    std::copy(text.utf16(), text.utf16() + text.size(), data->text() + data->length);
+    data->length += quint32(text.size());
+}
+
+void ArrayBuilder::append(Value item)
+{
+    ArrayData *data = m_array.arrayForWriting();
+    if (m_count == data->size)
+        data->resizeLast(qint32(std::max<qint64>(8, std::min<qint64>(2 * m_count, m_count + 1024 * 1024))));
+    data->items[m_count++] = std::move(item);
+}
+
+Value ArrayBuilder::take()
+{
+    m_array.arrayForWriting()->resizeLast(m_count);
+    return std::move(m_array);
 }
 
 Value Value::reference(Value *target)

@@ -93,6 +93,10 @@ public:
     /** An argument that was left out. */
     static Value missing() { return error(qint32(0x80020004)); }
     static Value string(QStringView text);
+    /** The same character so many times. */
+    static Value string(qsizetype count, QChar character);
+    /** Both, joined. */
+    static Value string(QStringView first, QStringView second);
     static Value string(const char16_t *text, qsizetype length) { return string(QStringView(text, length)); }
     /** Takes part in the count of `object`; nullptr is Nothing. */
     static Value object(Object *object);
@@ -136,6 +140,9 @@ public:
     /** The String contents for appending `extra` characters in place: private, with room. Type must be String. */
     StringData *stringForAppending(qsizetype extra);
 
+    /** Adds to a String, in place while nobody else holds it. */
+    void append(QStringView text);
+
     /** A ByRef argument that stands for `target` (which outlives the call). */
     static Value reference(Value *target);
     static Value elementReference(ArrayData *data, quint32 index);
@@ -175,6 +182,19 @@ private:
         Counted *m_counted;
         Value *m_target;
     };
+};
+
+/** A zero-based array whose length shows at the end only; its memory is counted while it grows. */
+class ArrayBuilder
+{
+public:
+    void append(Value item);
+    qint32 count() const { return m_count; }
+    Value take();
+
+private:
+    Value m_array = Value::array(new ArrayData({ 0 }, Type::Empty));
+    qint32 m_count = 0;
 };
 
 }

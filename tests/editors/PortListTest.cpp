@@ -54,7 +54,9 @@ TEST_F(PortListTest, AddChangeAndRemove)
         EXPECT_EQ(header->text(0) + u' ' + header->text(1), u"Port Descrption"_s);
         EXPECT_EQ(listed(form), m_shipped) << "the ping entry is none of them";
 
-        choose(form, Add);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form.form()));
+        QTest::keyClick(&ports(form), Qt::Key_A, Qt::AltModifier);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return form.at<QRadioButton>("optArray", Add).isChecked(); }));
         form.type("txtArray", 0, u" 65535 "_s);
         form.type("txtArray", 1, u"Last"_s);
         form.press(kApply);

@@ -2,11 +2,17 @@
 
 #include "core/Settings.h"
 #include "monitor/CheckCycle.h"
+#include "ui/HelpPages.h"
 
 #include <QComboBox>
+#include <QDialog>
+#include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 #include <QToolBar>
 #include <QToolButton>
@@ -184,6 +190,123 @@ TEST_F(CommandsTest, ViewLog)
     EXPECT_EQ(world.dialogs.opened.size(), 1);
 }
 
+const QDir kHelp(QStringLiteral(KAVRO_DATA_FOLDER "/help"));
+
+QString plain(QString text) { return text.section(u'\t', 0, 0).remove(u'&'); }
+
+/** A menu's entries and those of its menus, as the help writes them: "View > Log File". */
+void addPaths(const QMenu &menu, const QString &path, QSet<QString> &paths)
+{
+    for (const QAction *action : menu.actions()) {
+        const QString below = path + u" > "_s + plain(action->text());
+        paths << below;
+        if (action->menu())
+            addPaths(*action->menu(), below, paths);
+    }
+}
+
+class HelpCommandsTest : public CommandsTest
+{
+protected:
+    QString file(const QString &name)
+    {
+        const QString path = QDir::cleanPath(world.path(name));
+        QDir().mkpath(QFileInfo(path).path());
+        QFile made(path);
+        EXPECT_TRUE(made.open(QIODevice::WriteOnly));
+        return path;
+    }
+    QString takeOpened()
+    {
+        const QString opened = world.dialogs.opened.join(u' ');
+        world.dialogs.opened.clear();
+        return opened;
+    }
+};
+
+TEST_F(HelpCommandsTest, TheHelpFileOpensWhereThereIsAViewerElseThePages)
+{
+    const QString help = file(u"Kavro2000.chm"_s);
+    const QString page = file(u"help/index.html"_s);
+    open();
+    QTest::keyClick(window.get(), Qt::Key_F1);
+    EXPECT_EQ(takeOpened(), u"file://"_s + help);
+    world.dialogs.hasProgram = false;
+    trigger("mnuHelpContentsIndex");
+    EXPECT_EQ(takeOpened(), u"file://"_s + page);
+    world.dialogs.hasProgram = true;
+    QFile::remove(help);
+    trigger("mnuHelpContentsIndex");
+    EXPECT_EQ(takeOpened(), u"file://"_s + page);
+
+    world.dialogs.canOpen = false;
+    world.dialogs.expect(u"No program was found that shows this help page:\r\n"_s + page);
+    trigger("mnuHelpContentsIndex");
+    world.dialogs.expect(u"No program was found that shows web sites. The address is:\r\nhttps://"_s);
+    trigger("mnuAboutKavroWebSite");
+}
+
+TEST_F(HelpCommandsTest, WebSite)
+{
+    open();
+    trigger("mnuAboutKavroWebSite");
+    EXPECT_EQ(takeOpened(), u"https://www.kavro.example/"_s);
+}
+
+TEST_F(HelpCommandsTest, F1InADialogOpensThePageAboutIt)
+{
+    const QString groups = file(u"help/groups.html"_s);
+    const QString first = file(u"help/index.html"_s);
+    open();
+    for (const auto &[form, opened] : { std::pair(u"frmModifyGroup"_s, groups), std::pair(u"frmAbout"_s, first) }) {
+        QDialog dialog(window.get());
+        dialog.setObjectName(form);
+        dialog.setModal(true);
+        auto *box = new QLineEdit(&dialog);
+        dialog.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(box, Qt::Key_F1);
+        EXPECT_EQ(takeOpened(), u"file://"_s + opened);
+        QTest::keyClick(box, Qt::Key_F1, Qt::ShiftModifier);
+        EXPECT_EQ(takeOpened(), QString());
+    }
+}
+
+TEST_F(HelpCommandsTest, EveryFormAndEveryPageOfTheOptionsHasAPage)
+{
+    QStringList names { u"frmAddDevice"_s, u"frmAddPort"_s, u"frmGroupAdd"_s, u"frmModifyDevice"_s,
+        u"frmModifyGroup"_s, u"frmModifyPort"_s, u"frmOptions"_s, u"frmPortDetails"_s, u"frmPortList"_s };
+    names << QStringLiteral("Root MSAgent MSAgentCharacters Logging FailureNotification SMTP EmailTemplate HTMLOutput"
+                            " DBOptions Monitor TCP Ping DefaultOptions EventScripting")
+                 .split(u' ');
+    for (const QString &name : names) {
+        const QString page = helppages::pageOf(name);
+        EXPECT_NE(page, u"index.html"_s) << qPrintable(name);
+        EXPECT_TRUE(kHelp.exists(page)) << qPrintable(page);
+    }
+}
+
+TEST_F(HelpCommandsTest, EveryMenuPathOfTheHelpExists)
+{
+    RecordingEditors editors;
+    open(&editors);
+    QSet<QString> paths;
+    for (const QAction *each : window->menuBar()->actions())
+        addPaths(*each->menu(), plain(each->text()), paths);
+    const QRegularExpression mention(u"<kbd class=\"menu\">([^<]*)</kbd>"_s);
+    int mentioned = 0;
+    for (const QString &page : kHelp.entryList({ u"*.html"_s }, QDir::Files)) {
+        QFile file(kHelp.filePath(page));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        auto each = mention.globalMatch(QString::fromUtf8(file.readAll()));
+        for (; each.hasNext(); ++mentioned) {
+            const QString path = each.next().captured(1).replace(u"&gt;"_s, u">"_s).simplified();
+            EXPECT_TRUE(paths.contains(path)) << qPrintable(page) << ": " << qPrintable(path);
+        }
+    }
+    EXPECT_GT(mentioned, 50);
+}
+
 TEST_F(CommandsTest, ADatabaseErrorEndsTheProgramUnderTheCommandsName)
 {
     open();
@@ -304,6 +427,29 @@ TEST_F(CommandsTest, OnlyWhatCanBeDoneIsOffered)
     EXPECT_EQ(editors.opened,
         QStringList({ u"details 1:80"_s, u"properties "_s + net.deviceKey, u"add group"_s,
             u"add device "_s + net.groupKey, u"add port "_s + net.deviceKey, u"port list"_s, u"about"_s }));
+}
+
+TEST_F(CommandsTest, ActivatingARowGoesDownAndInTheEndOpensIt)
+{
+    RecordingEditors editors;
+    open(&editors);
+    select(NodeLevel::Device, net.deviceKey);
+    const auto activate = [this](int row) {
+        list().selectRow(row);
+        QTest::keyClick(list().view(), Qt::Key_Return);
+    };
+    activate(0); // the device itself
+    activate(1);
+    EXPECT_EQ(tree().currentKey(), net.portKey);
+    activate(0);
+    QTest::keyClick(list().view(), Qt::Key_D, Qt::ControlModifier);
+    QTest::keyClick(&tree(), Qt::Key_D, Qt::ControlModifier);
+    const QString details = u"details "_s + net.portKey;
+    EXPECT_EQ(editors.opened, QStringList({ u"properties "_s + net.deviceKey, details, details, details }));
+    window->setMonitoringState(MonitoringState::Checking);
+    select(NodeLevel::Device, net.deviceKey);
+    activate(0);
+    EXPECT_EQ(editors.opened.size(), 4) << "no editing during a check";
 }
 
 TEST_F(CommandsTest, EditorCommandsAreAbsentWithoutEditors)

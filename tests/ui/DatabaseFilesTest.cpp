@@ -30,7 +30,8 @@ public:
         texts << text;
         return buttons == Ok ? AnswerOk : AnswerYes;
     }
-    void shellOpen(const QString &) override { }
+    bool shellOpen(const QString &) override { return true; }
+    bool hasProgramFor(const QString &) override { return true; }
 };
 
 /** Every row of every table, but for what the commands log about themselves. */

@@ -296,6 +296,28 @@ TEST_F(Views, ListSortsByColumnAndKeepsThePlace)
     EXPECT_EQ(list().currentRow().cells.first(), u"host10"_s) << "refilled after a check";
 }
 
+TEST_F(Views, ColumnsGrowWithTheirTextsUnlessTheOperatorSizedThem)
+{
+    open();
+    trigger("mnuViewDetails");
+    select(NodeLevel::Device, net.deviceKey);
+    auto *details = qobject_cast<QTreeView *>(list().view());
+    constexpr int description = 2, status = 3, error = 4;
+    details->setColumnWidth(error, 41);
+    const int before = details->columnWidth(status);
+    world.sql(u"UPDATE tblPortStatus SET Port_Status = 'Failed', Port_Fail_Date = #1/1/2026#,"
+              " Port_Last_Error = 'connection timed out'"_s);
+    window->reselectNode();
+    const int grown = details->columnWidth(status);
+    EXPECT_GT(grown, before);
+    EXPECT_EQ(details->columnWidth(error), 41);
+    details->setColumnWidth(description, 333);
+    world.sql(u"UPDATE tblPortStatus SET Port_Status = 'Connected'"_s);
+    window->reselectNode();
+    EXPECT_EQ(details->columnWidth(status), grown) << "nothing jumps back and forth";
+    EXPECT_EQ(details->columnWidth(description), 333);
+}
+
 TEST_F(Views, ARowOpensItsNode)
 {
     open();

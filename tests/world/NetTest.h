@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QString>
 
+#include <ctime>
 #include <functional>
 #include <ostream>
 
@@ -11,6 +12,12 @@
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << qPrintable(text) << '"';
+}
+
+/** Milliseconds that the processor has worked for this program: what a busy machine does meanwhile does not count. */
+inline double workedMs()
+{
+    return double(std::clock()) * 1000 / CLOCKS_PER_SEC;
 }
 
 /** Turns the event loop until the condition holds; false after the limit. */

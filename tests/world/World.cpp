@@ -61,7 +61,11 @@ Dialogs::Answer ScriptedDialogs::messageBox(const QString &text, const QString &
     m_expected.pop_front();
     return answer;
 }
-void ScriptedDialogs::shellOpen(const QString &target) { opened << target; }
+bool ScriptedDialogs::shellOpen(const QString &target)
+{
+    opened << target;
+    return canOpen;
+}
 
 void RecordingAnnouncer::speakLines(const ResultTable &lines)
 {

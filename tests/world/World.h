@@ -50,7 +50,8 @@ public:
     void expectNothingMore() { m_expected.clear(); }
     bool nothingPending() const { return m_expected.empty(); }
     Answer messageBox(const QString &text, const QString &caption, Icon icon, Buttons buttons) override;
-    void shellOpen(const QString &target) override;
+    bool shellOpen(const QString &target) override;
+    bool hasProgramFor(const QString &) override { return hasProgram; }
 
     struct Box {
         QString text;
@@ -60,6 +61,8 @@ public:
     };
     QList<Box> shown;
     QStringList opened;
+    bool canOpen = true;    // whether opening anything succeeds
+    bool hasProgram = true; // whether there is a program for a file
 
 private:
     std::deque<std::pair<QString, Answer>> m_expected;

@@ -74,31 +74,37 @@ QList<CharacterRenderer::Item> CharacterRenderer::itemsOf(const Pose &pose) cons
     return items;
 }
 
-/** A root that is half transparent must not let its own parts shine through each other: they are put together
-    first. */
+/** Runs of parts of one root, painted according to its opacity. */
 void CharacterRenderer::paintItems(QPainter &painter, const QList<Item> &items, const Pose &pose)
 {
     for (auto item = items.cbegin(); item != items.cend();) {
         const qsizetype root = item->root;
         const qreal opacity = pose[root].opacity;
         const auto end = std::find_if(item, items.cend(), [root](const Item &each) { return each.root != root; });
-        if (opacity >= 1 - kInvisible) {
+        if (opacity >= 1 - kInvisible)
             std::for_each(item, end, [&](const Item &each) { paintItem(painter, each, pose); });
-        } else if (opacity > kInvisible) {
-            QImage veil(m_file->size().toSize() * std::ceil(m_pixelsPerUnit), QImage::Format_ARGB32_Premultiplied);
-            veil.fill(Qt::transparent);
-            QPainter inner(&veil);
-            inner.setRenderHint(QPainter::SmoothPixmapTransform);
-            inner.scale(veil.width() / m_file->size().width(), veil.height() / m_file->size().height());
-            inner.translate(-m_file->frame().topLeft());
-            std::for_each(item, end, [&](const Item &each) { paintItem(inner, each, pose); });
-            inner.end();
-            painter.setOpacity(opacity);
-            painter.drawImage(m_file->frame(), veil);
-            painter.setOpacity(1);
-        }
+        else if (opacity > kInvisible)
+            paintFaded(painter, { item, end }, pose, opacity);
         item = end;
     }
+}
+
+/** A half transparent figure must not let its own parts shine through each other: they are put together first. */
+void CharacterRenderer::paintFaded(QPainter &painter, const QList<Item> &items, const Pose &pose, qreal opacity)
+{
+    const QRectF frame = m_file->frame();
+    QImage veil((frame.size() * std::ceil(m_pixelsPerUnit)).toSize(), QImage::Format_ARGB32_Premultiplied);
+    veil.fill(Qt::transparent);
+    QPainter inner(&veil);
+    inner.setRenderHint(QPainter::SmoothPixmapTransform);
+    inner.scale(veil.width() / frame.width(), veil.height() / frame.height());
+    inner.translate(-frame.topLeft());
+    for (const Item &each : items)
+        paintItem(inner, each, pose);
+    inner.end();
+    painter.setOpacity(opacity);
+    painter.drawImage(frame, veil);
+    painter.setOpacity(1);
 }
 
 void CharacterRenderer::paintItem(QPainter &painter, const Item &item, const Pose &pose)

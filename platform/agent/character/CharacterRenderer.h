@@ -43,6 +43,7 @@ private:
 
     QList<Item> itemsOf(const Pose &pose) const;
     void paintItems(QPainter &painter, const QList<Item> &items, const Pose &pose);
+    void paintFaded(QPainter &painter, const QList<Item> &items, const Pose &pose, qreal opacity);
     void paintItem(QPainter &painter, const Item &item, const Pose &pose);
     const Sprite &spriteOf(const QString &picture);
     Sprite drawn(const QString &picture) const;

@@ -25,7 +25,10 @@ JsonNode JsonNode::at(const QString &key) const
     return { m_value[key], m_path.isEmpty() ? key : m_path + u'/' + key };
 }
 
-JsonNode JsonNode::at(qsizetype index) const { return { m_value[index], u"%1[%2]"_s.arg(m_path).arg(index) }; }
+JsonNode JsonNode::at(qsizetype index) const
+{
+    return { m_value[index], m_path + u'[' + QString::number(index) + u']' };
+}
 
 QStringList JsonNode::keys(qsizetype most) const
 {

@@ -17,6 +17,8 @@ namespace agent {
 namespace {
 
 constexpr int kLongestMs = 10'000;
+constexpr int kEndingMs = 250; // people let go of the key with the last sound, which is still on its way
+constexpr int kBufferMs = 100;
 constexpr qsizetype kSliceMs = 40; // of sound that one turn of the event loop understands
 constexpr qsizetype kSliceBytes = kSliceMs * Recogniser::kSampleRate / 1000 * 2;
 
@@ -45,8 +47,7 @@ Listener::Listener(QObject *parent, const QString &modelFolder)
     , m_recogniser(modelFolder)
 {
     m_limit.setSingleShot(true);
-    m_limit.setInterval(kLongestMs);
-    connect(&m_limit, &QTimer::timeout, this, &Listener::stop);
+    connect(&m_limit, &QTimer::timeout, this, [this] { m_stage == Stage::Hearing ? stop() : endSound(); });
     connect(&m_turn, &QTimer::timeout, this, &Listener::turn);
 }
 
@@ -64,7 +65,7 @@ void Listener::start(const agent::Commands &commands)
         return;
     m_recogniser.begin();
     m_stage = Stage::Hearing;
-    m_limit.start();
+    m_limit.start(kLongestMs);
 }
 
 bool Listener::open()
@@ -75,6 +76,7 @@ bool Listener::open()
         return false;
     }
     m_source = std::make_unique<QAudioSource>(microphone, speechFormat());
+    m_source->setBufferSize(speechFormat().bytesForDuration(kBufferMs * 1000));
     m_device = m_source->start();
     if (!m_device || m_source->error() != QAudio::NoError) {
         fail(u"The microphone \"%1\" cannot be opened."_s.arg(microphone.description()));
@@ -117,7 +119,12 @@ void Listener::stop()
 {
     if (m_stage != Stage::Hearing)
         return;
-    m_limit.stop();
+    m_stage = Stage::Ending;
+    m_limit.start(kEndingMs);
+}
+
+void Listener::endSound()
+{
     takeSound();
     const bool broken = m_source->error() == QAudio::FatalError || m_source->error() == QAudio::IOError;
     m_device = nullptr;

@@ -25,7 +25,7 @@ public:
     /** Begins to listen for the voice grammars of these commands; failed() tells when that cannot be, before the call
         returns. A start during listening begins anew. */
     void start(const agent::Commands &commands);
-    /** Ends it; understood() or failed() follows shortly. Without effect when nobody listens. */
+    /** Ends it; understood() or failed() follows within half a second. Without effect when nobody listens. */
     void stop();
     /** From start() until what was understood has been told. */
     bool isListening() const { return m_stage != Stage::Idle; }
@@ -40,10 +40,11 @@ signals:
     void levelChanged(int level);
 
 private:
-    enum class Stage { Idle, Hearing, Thinking };
+    enum class Stage { Idle, Hearing, Ending, Thinking };
 
     bool open();
     void takeSound();
+    void endSound();
     void turn();
     void close();
     void fail(const QString &text);
@@ -53,7 +54,7 @@ private:
     QIODevice *m_device = nullptr; // the source's
     QByteArray m_pending;          // heard and not yet understood
     Stage m_stage = Stage::Idle;
-    QTimer m_limit;
+    QTimer m_limit; // of hearing, then of its end
     QTimer m_turn;
 };
 

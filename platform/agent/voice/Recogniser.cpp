@@ -1,12 +1,16 @@
 #include "platform/agent/voice/Recogniser.h"
 
 #include <pocketsphinx.h>
+#include <sphinxbase/cmn.h>
 #include <sphinxbase/err.h>
+#include <sphinxbase/feat.h>
+#include <sphinxbase/jsgf.h>
 
 #include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <iterator>
 #include <utility>
 #include <sys/mman.h>
@@ -17,6 +21,9 @@ using namespace Qt::StringLiterals;
 namespace agent {
 
 namespace {
+
+// Perfect silence, as sound cards with a gate deliver, is strange to the model; a faint noise on it is not.
+constexpr int kFaintNoise = 6;
 
 /** A file without a place on the disk; the engine reads its dictionary from files only. */
 class MemoryFile
@@ -57,6 +64,20 @@ bool hasModel(const QString &folder)
     return std::all_of(std::begin(kFiles), std::end(kFiles), [&folder](QLatin1StringView name) {
         return QFileInfo(folder + "/en-us/"_L1 + name).size() > 0;
     });
+}
+
+/** Step by step, because the engine's one call for it never frees the grammar that it has read. */
+bool setGrammar(ps_decoder_t *decoder, const QByteArray &jsgf)
+{
+    const std::unique_ptr<jsgf_t, decltype(&jsgf_grammar_free)> grammar(jsgf_parse_string(jsgf.constData(), nullptr),
+                                                                        jsgf_grammar_free);
+    jsgf_rule_t *rule = grammar ? jsgf_get_public_rule(grammar.get()) : nullptr;
+    if (!rule)
+        return false;
+    const auto languageWeight = float32(cmd_ln_float_r(ps_get_config(decoder), "-lw"));
+    const std::unique_ptr<fsg_model_t, decltype(&fsg_model_free)> model(
+        jsgf_build_fsg(grammar.get(), rule, ps_get_logmath(decoder), languageWeight), fsg_model_free);
+    return model && ps_set_fsg(decoder, "commands", model.get()) == 0 && ps_set_search(decoder, "commands") == 0;
 }
 
 /** How well the sound fits a word, 0 to 100: the engine's score is 0 where every moment sounds like nothing else. */
@@ -116,15 +137,29 @@ void Recogniser::load(const QString &jsgf, const QByteArray &dictionary)
     err_set_logfp(nullptr); // it would tell its whole configuration
     const MemoryFile words(dictionary);
     const QByteArray model = (m_folder + u"/en-us"_s).toLocal8Bit();
+    // Wide beams: with so few words they cost little, and no command is given up before its end.
     cmd_ln_t *options = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", model.constData(), "-dict", words.path().constData(),
-                                    nullptr);
+                                    "-beam", "1e-80", "-pbeam", "1e-80", "-wbeam", "1e-60", nullptr);
     if (!options)
         return;
     m_decoder.reset(ps_init(options));
     cmd_ln_free_r(options); // the decoder has its own hold of them
-    if (m_decoder && (ps_set_jsgf_string(m_decoder.get(), "commands", jsgf.toUtf8().constData()) != 0
-                      || ps_set_search(m_decoder.get(), "commands") != 0))
+    if (m_decoder && !setGrammar(m_decoder.get(), jsgf.toUtf8()))
         m_decoder.reset();
+    if (m_decoder)
+        adapt(true);
+}
+
+/** The engine gets used to what it hears, be it a voice or the noise of a fan. What was no command is forgotten again. */
+void Recogniser::adapt(bool keep)
+{
+    static_assert(sizeof(mfcc_t) == sizeof(float));
+    cmn_t *hearing = ps_get_feat(m_decoder.get())->cmn_struct;
+    m_hearing.resize(size_t(hearing->veclen));
+    if (keep)
+        cmn_live_get(hearing, m_hearing.data());
+    else
+        cmn_live_set(hearing, m_hearing.data());
 }
 
 void Recogniser::begin()
@@ -132,15 +167,20 @@ void Recogniser::begin()
     if (!m_decoder || std::exchange(m_listening, true))
         return;
     ps_start_stream(m_decoder.get());
+    m_noise.seed(); // so that the same sound is always understood alike
     if (ps_start_utt(m_decoder.get()) != 0)
         m_listening = false;
 }
 
 void Recogniser::add(QByteArrayView samples)
 {
-    if (m_listening)
-        ps_process_raw(m_decoder.get(), reinterpret_cast<const int16 *>(samples.data()),
-                       size_t(samples.size()) / sizeof(int16), FALSE, FALSE);
+    if (!m_listening)
+        return;
+    std::vector<int16> sound(size_t(samples.size()) / sizeof(int16));
+    std::memcpy(sound.data(), samples.data(), sound.size() * sizeof(int16));
+    for (int16 &sample : sound)
+        sample = int16(qBound(-32768, int(sample) + int(m_noise() % (2 * kFaintNoise + 1)) - kFaintNoise, 32767));
+    ps_process_raw(m_decoder.get(), sound.data(), sound.size(), FALSE, FALSE);
 }
 
 UserInput Recogniser::end()
@@ -153,6 +193,7 @@ UserInput Recogniser::end()
     input.voice = words.join(u' ');
     if (input.confidence >= kConfidenceLimit)
         input.name = m_vocabulary->commandOf(words);
+    adapt(!input.name.isEmpty());
     return input;
 }
 

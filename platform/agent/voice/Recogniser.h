@@ -9,6 +9,8 @@
 
 #include <memory>
 #include <optional>
+#include <random>
+#include <vector>
 
 struct ps_decoder_s;
 
@@ -21,7 +23,7 @@ class Recogniser
 public:
     static constexpr int kSampleRate = 16000;
     /** Below this confidence nothing is to happen. */
-    static constexpr int kConfidenceLimit = 50;
+    static constexpr int kConfidenceLimit = 46;
 
     /** A folder with an acoustic model "en-us" and the dictionary "cmudict-en-us.dict"; none: the system's. */
     explicit Recogniser(const QString &modelFolder = QString());
@@ -49,6 +51,7 @@ private:
         void operator()(ps_decoder_s *decoder) const;
     };
 
+    void adapt(bool keep);
     void load(const QString &jsgf, const QByteArray &dictionary);
     QStringList heardWords(int &confidence) const;
 
@@ -58,6 +61,8 @@ private:
     QString m_prepared; // the grammar that the decoder was made for
     std::optional<Vocabulary> m_vocabulary;
     std::unique_ptr<ps_decoder_s, Free> m_decoder;
+    std::vector<float> m_hearing; // the engine's adaptation to microphone and room
+    std::minstd_rand m_noise;
     bool m_listening = false;
 };
 

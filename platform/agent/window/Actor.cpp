@@ -8,8 +8,8 @@ namespace agent {
 
 namespace {
 
-constexpr int kFrameMs = 33;   // 30 pictures a second
-constexpr int kMarginPx = 24;  // between a new character and the corner of the screen
+constexpr int kFrameMs = 33; // 30 pictures a second
+constexpr int kMarginPx = 24; // between a new character and the corner of the screen
 
 /** Where a character stands that nobody has moved yet. */
 QPoint lowerRightCorner(const QSize &size)
@@ -21,8 +21,8 @@ QPoint lowerRightCorner(const QSize &size)
 
 } // namespace
 
-Actor::Actor(const QString &id, std::shared_ptr<const CharacterFile> file, const Engines &engines, Pulse &pulse,
-    Events &events)
+Actor::Actor(const QString &id, std::shared_ptr<const CharacterFile> file, const Engines &engines,
+    Pulse &pulse, Events &events)
     : m_id(id)
     , m_file(std::move(file))
     , m_pulse(pulse)
@@ -82,9 +82,8 @@ void Actor::place(const QPoint &corner)
 void Actor::tellMoved(MoveCause cause)
 {
     m_moveCause = cause;
-    m_events.post([id = m_id, at = m_position, cause](Control &control) {
-        emit control.moved(id, at.x(), at.y(), cause);
-    });
+    m_events.post([id = m_id, at = m_position, cause](
+                      Control &control) { emit control.moved(id, at.x(), at.y(), cause); });
 }
 
 void Actor::keepOnScreen()
@@ -105,19 +104,16 @@ const Animation *Actor::ofState(const QString &state) const
     return choice.isEmpty() ? nullptr : choice.at(QRandomGenerator::global()->bounded(choice.size()));
 }
 
-bool Actor::playState(const QString &state)
+void Actor::play(const Animation &animation, Animator::Loop loop)
 {
-    const Animation *animation = ofState(state);
-    if (animation)
-        play(*animation);
-    return animation;
+    m_animator.play(animation, now(), Animator::Start::Blend, loop);
 }
 
-bool Actor::playStateOnce(const QString &state)
+bool Actor::playState(const QString &state, Animator::Loop loop)
 {
     const Animation *animation = ofState(state);
     if (animation)
-        m_animator.play(*animation, now(), Animator::Start::Blend, Animator::Loop::Once);
+        play(*animation, loop);
     return animation;
 }
 

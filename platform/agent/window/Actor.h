@@ -12,8 +12,8 @@
 
 namespace agent {
 
-/** A character's body: where it stands, how it moves, what it says. It does at once what it is told; the order of
-    doing things is the queue's matter. */
+/** A character's body: where it stands, how it moves, what it says. It does at once what it is told; the
+   order of doing things is the queue's matter. */
 class Actor : public QObject
 {
     Q_OBJECT
@@ -44,13 +44,14 @@ public:
     /** Back on a screen, if it is not. */
     void keepOnScreen();
 
-    void play(const Animation &animation) { m_animator.play(animation, now()); }
+    /** Once: also what would go on for ever ends. */
+    void play(const Animation &animation, Animator::Loop loop = Animator::Loop::Endless);
     /** An animation of a state, chosen at random; null when there is none. */
     const Animation *ofState(const QString &state) const;
     /** False when the state has no animation. */
-    bool playState(const QString &state);
-    /** Like playState, but what would go on for ever plays once. */
-    bool playStateOnce(const QString &state);
+    bool playState(const QString &state, Animator::Loop loop = Animator::Loop::Endless);
+    /** Goes on with what is held, such as sleeping, for one round; false when nothing such is held. */
+    bool goRound() { return m_animator.goRound(now()); }
     void comeBack() { m_animator.comeBack(now()); }
     bool isStill() const { return m_animator.isStill(now()); }
     bool isAtRest() const { return m_animator.isAtRest(now()); }

@@ -23,7 +23,8 @@ void requireUndragged(Actor &actor)
         throw Error(ErrorNumber::BeingDragged, u"The character cannot move while it is dragged."_s);
 }
 
-/** The end of a state's name for a way on the screen. Left and right are the character's own, who faces us. */
+/** The end of a state's name for a way on the screen. Left and right are the character's own, who faces us.
+ */
 QString directionOf(const QPoint &way)
 {
     if (std::abs(way.x()) >= std::abs(way.y()))
@@ -89,7 +90,7 @@ private:
             return true;
         m_leaving = true;
         actor.talker().hideBalloon();
-        return !actor.playStateOnce(u"Hiding"_s);
+        return !actor.playState(u"Hiding"_s, Animator::Loop::Once);
     }
     bool m_fast;
     VisibilityCause m_cause;
@@ -233,7 +234,8 @@ public:
         requireVisible(actor);
         m_animation = actor.ofState(u"Gesturing"_s + directionOf(m_at - actor.frame().center()));
         if (!m_animation)
-            throw Error(ErrorNumber::NoAnimationForState, u"The character has no gesture in this direction."_s);
+            throw Error(
+                ErrorNumber::NoAnimationForState, u"The character has no gesture in this direction."_s);
         actor.comeBack();
     }
 
@@ -301,11 +303,20 @@ private:
 
 } // namespace
 
-std::unique_ptr<Act> showAct(bool fast, VisibilityCause cause) { return std::make_unique<ShowAct>(fast, cause); }
+std::unique_ptr<Act> showAct(bool fast, VisibilityCause cause)
+{
+    return std::make_unique<ShowAct>(fast, cause);
+}
 
-std::unique_ptr<Act> hideAct(bool fast, VisibilityCause cause) { return std::make_unique<HideAct>(fast, cause); }
+std::unique_ptr<Act> hideAct(bool fast, VisibilityCause cause)
+{
+    return std::make_unique<HideAct>(fast, cause);
+}
 
-std::unique_ptr<Act> moveAct(const QPoint &target, int speed) { return std::make_unique<MoveAct>(target, speed); }
+std::unique_ptr<Act> moveAct(const QPoint &target, int speed)
+{
+    return std::make_unique<MoveAct>(target, speed);
+}
 
 std::unique_ptr<Act> playAct(const Animation &animation) { return std::make_unique<PlayAct>(animation); }
 

@@ -8,8 +8,8 @@
 
 namespace agent {
 
-/** How one request is carried out. begin() and advance() throw agent::Error when it cannot be; the request then
-    fails. */
+/** How one request is carried out. begin() and advance() throw agent::Error when it cannot be; the request
+   then fails. */
 class Act
 {
 public:

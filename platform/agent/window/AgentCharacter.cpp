@@ -25,8 +25,8 @@ QPoint shortPoint(int x, int y)
 
 } // namespace
 
-AgentCharacter::AgentCharacter(const QString &id, std::shared_ptr<const CharacterFile> file, const Engines &engines,
-    Control &control)
+AgentCharacter::AgentCharacter(
+    const QString &id, std::shared_ptr<const CharacterFile> file, const Engines &engines, Control &control)
     : m_id(id)
     , m_file(std::move(file))
     , m_control(control)
@@ -144,9 +144,8 @@ void AgentCharacter::relay(void (CharacterWindow::*from)(int, int, const QPoint 
 {
     connect(&m_actor.window(), from, this, [this, to](int button, int shift, const QPoint &at) {
         touched();
-        m_events.post([to, id = m_id, button, shift, at](Control &control) {
-            emit(control.*to)(id, button, shift, at.x(), at.y());
-        });
+        m_events.post([to, id = m_id, button, shift, at](
+                          Control &control) { emit(control.*to)(id, button, shift, at.x(), at.y()); });
     });
 }
 
@@ -165,9 +164,8 @@ void AgentCharacter::watchScreens()
         m_actor.keepOnScreen();
         wake();
     };
-    const auto watch = [this, keep](QScreen *screen) {
-        connect(screen, &QScreen::availableGeometryChanged, this, keep);
-    };
+    const auto watch
+        = [this, keep](QScreen *screen) { connect(screen, &QScreen::availableGeometryChanged, this, keep); };
     for (QScreen *screen : QGuiApplication::screens())
         watch(screen);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
@@ -209,7 +207,8 @@ bool AgentCharacter::isFree() const
     return isVisible() && m_queue.isEmpty() && !m_listening.isActive() && !(m_menu && m_menu->isVisible());
 }
 
-/** One step after the other, and what each has to tell in between, so that a handler finds everything in order. */
+/** One step after the other, and what each has to tell in between, so that a handler finds everything in
+ * order. */
 void AgentCharacter::beat()
 {
     const QPointer<AgentCharacter> self(this);

@@ -14,8 +14,8 @@ namespace agent {
 
 class CommandMenu;
 
-/** A loaded character: its queue, its window, its balloon, its menu. Between two beats nothing of it runs, and
-    hidden or at rest it has no timer. */
+/** A loaded character: its queue, its window, its balloon, its menu. Between two beats nothing of it runs,
+   and hidden or at rest it has no timer. */
 class AgentCharacter : public QObject, public Character
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ namespace agent {
 
 namespace {
 
-constexpr int kBlendMs = 140;  // from the pose on screen into an animation
+constexpr int kBlendMs = 140; // from the pose on screen into an animation
 constexpr int kReturnMs = 240; // straight back to rest
 
 } // namespace
@@ -34,6 +34,15 @@ void Animator::play(const Animation &animation, qint64 now, Start start, Loop lo
     m_loop = loop;
 }
 
+bool Animator::goRound(qint64 now)
+{
+    if (!m_animation || !m_animation->loops() || isLooping() || !isStill(now))
+        return false;
+    // Both ends of the round show the same pose.
+    m_start = now - m_animation->loopFromMs();
+    return true;
+}
+
 void Animator::comeBack(qint64 now)
 {
     if (leadsToRest(now))
@@ -50,8 +59,10 @@ void Animator::comeBack(qint64 now)
 Pose Animator::pose(qint64 now) const
 {
     const qint64 elapsed = std::max<qint64>(0, now - m_start);
-    const int limit = m_animation && !isLooping() ? m_animation->durationMs() : std::numeric_limits<int>::max();
-    const Pose aim = m_animation ? m_animation->at(int(std::min<qint64>(elapsed, limit))) : m_file->restPose();
+    const int limit
+        = m_animation && !isLooping() ? m_animation->durationMs() : std::numeric_limits<int>::max();
+    const Pose aim
+        = m_animation ? m_animation->at(int(std::min<qint64>(elapsed, limit))) : m_file->restPose();
     if (elapsed >= m_blendMs)
         return aim;
     static const QEasingCurve kEase(QEasingCurve::InOutSine);

@@ -6,8 +6,8 @@
 
 namespace agent {
 
-/** Which pose a character has at which time. Every movement sets out from the pose on screen, so nothing jumps; an
-    animation that has ended holds its last pose. Times in ms of one clock. */
+/** Which pose a character has at which time. Every movement sets out from the pose on screen, so nothing
+   jumps; an animation that has ended holds its last pose. Times in ms of one clock. */
 class Animator
 {
 public:
@@ -17,7 +17,11 @@ public:
     explicit Animator(std::shared_ptr<const CharacterFile> file);
 
     void play(const Animation &animation, qint64 now, Start start = Start::Blend, Loop loop = Loop::Endless);
-    /** Leads back to rest, by the animation made for that or straight; nothing to do when it is there already. */
+    /** What would go on for ever but has been played once goes round once more; false when nothing such is
+     * held. */
+    bool goRound(qint64 now);
+    /** Leads back to rest, by the animation made for that or straight; nothing to do when it is there
+     * already. */
     void comeBack(qint64 now);
     /** At rest at once. */
     void reset() { m_animation = nullptr, m_blendMs = 0, m_returning = false; }

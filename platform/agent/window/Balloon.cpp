@@ -20,15 +20,15 @@ namespace {
 constexpr int kUsualCharacters = 32;
 constexpr int kUsualLines = 3;
 constexpr int kMostLines = 12; // of a balloon that follows its text
-constexpr int kBorder = 2;     // room for the line around the shape
+constexpr int kBorder = 2; // room for the line around the shape
 
 struct Look {
     QColor back;
     QColor text;
     QColor line;
 };
-const Look kLight{ QColor(0xff, 0xfb, 0xea), QColor(0x23, 0x22, 0x1e), QColor(0x7a, 0x73, 0x61) };
-const Look kDark{ QColor(0x2c, 0x2e, 0x33), QColor(0xf3, 0xf2, 0xec), QColor(0x9a, 0x9c, 0xa3) };
+const Look kLight { QColor(0xff, 0xfb, 0xea), QColor(0x23, 0x22, 0x1e), QColor(0x7a, 0x73, 0x61) };
+const Look kDark { QColor(0x3a, 0x3d, 0x45), QColor(0xf6, 0xf5, 0xf0), QColor(0xa6, 0xa8, 0xb0) };
 
 const Look &lookFor(const QPalette &palette)
 {
@@ -37,7 +37,7 @@ const Look &lookFor(const QPalette &palette)
 
 QMargins padding(Balloon::Kind kind)
 {
-    return kind == Balloon::Kind::Thought ? QMargins(20, 17, 20, 17) : QMargins(13, 9, 13, 9);
+    return kind == Balloon::Kind::Thought ? QMargins(22, 19, 22, 19) : QMargins(13, 9, 13, 9);
 }
 
 int byteOf(int style, int shift) { return int((quint32(style) >> shift) & 0xff); }
@@ -46,12 +46,12 @@ int byteOf(int style, int shift) { return int((quint32(style) >> shift) & 0xff);
 
 BalloonFormat BalloonFormat::ofStyle(int style)
 {
-    BalloonFormat format{ style & 0xffff, byteOf(style, 16), byteOf(style, 24) };
+    BalloonFormat format { style & 0xffff, byteOf(style, 16), byteOf(style, 24) };
     if (format.charactersPerLine != 0 && format.charactersPerLine < 8)
         throw Error(ErrorNumber::BadData, u"A balloon has between 8 and 255 characters per line."_s);
     if (format.lines > 128 || (format.lines != 0 && format.has(SizeToText)))
-        throw Error(ErrorNumber::BadData,
-            u"A balloon that is not sized to its text has between 1 and 128 lines; any other has no number of lines."_s);
+        throw Error(
+            ErrorNumber::BadData, u"A balloon has between 1 and 128 lines, or the size of its text."_s);
     return format;
 }
 
@@ -101,7 +101,8 @@ void Balloon::follow(const QRect &character, const QPoint &head)
     const BalloonPlace before = m_place;
     arrange();
     // Only a tail that points elsewhere needs another picture.
-    if (before.side != m_place.side || before.body.topLeft() - before.tip != m_place.body.topLeft() - m_place.tip)
+    if (before.side != m_place.side
+        || before.body.topLeft() - before.tip != m_place.body.topLeft() - m_place.tip)
         redraw();
 }
 
@@ -120,12 +121,14 @@ void Balloon::changeEvent(QEvent *event)
 
 qsizetype Balloon::shownLength() const { return m_shownWords == 0 ? 0 : m_wordEnds.at(m_shownWords - 1); }
 
-/** The whole text is laid out from the start, so that no word jumps to another line while it is being said. */
+/** The whole text is laid out from the start, so that no word jumps to another line while it is being said.
+ */
 void Balloon::layOut()
 {
     const QFontMetricsF metrics(font());
     const int characters = m_format.charactersPerLine ? m_format.charactersPerLine : kUsualCharacters;
-    const qreal width = std::min<qreal>(characters * metrics.averageCharWidth(), screenAt(m_head).width() - 80);
+    const qreal width
+        = std::min<qreal>(characters * metrics.averageCharWidth(), screenAt(m_head).width() - 80);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     m_layout.setTextOption(option);
@@ -158,7 +161,8 @@ int Balloon::visibleLines() const
 
 int Balloon::firstVisibleLine() const
 {
-    const int last = m_layout.lineForTextPosition(int(std::max<qsizetype>(0, shownLength() - 1))).lineNumber();
+    const int last
+        = m_layout.lineForTextPosition(int(std::max<qsizetype>(0, shownLength() - 1))).lineNumber();
     return std::clamp(last - visibleLines() + 1, 0, std::max(0, m_layout.lineCount() - 1));
 }
 
@@ -194,7 +198,7 @@ void Balloon::drawText(QPainter &painter, const QRectF &area)
 {
     const int first = firstVisibleLine();
     const qsizetype length = m_format.has(AutoPace) ? shownLength() : text().size();
-    QTextLayout::FormatRange unsaid{ int(length), int(text().size() - length), {} };
+    QTextLayout::FormatRange unsaid { int(length), int(text().size() - length), {} };
     unsaid.format.setForeground(Qt::transparent);
     const QPointF origin = area.topLeft() - QPointF(0, m_layout.lineAt(first).y());
     painter.setClipRect(area);

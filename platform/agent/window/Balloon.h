@@ -7,8 +7,8 @@
 
 namespace agent {
 
-/** How a balloon looks: the flags of BalloonStyle and, in the two highest bytes, characters per line (8 to 255) and
-    number of lines (1 to 128); 0 stands for the usual number. */
+/** How a balloon looks: the flags of BalloonStyle and, in the two highest bytes, characters per line (8 to
+   255) and number of lines (1 to 128); 0 stands for the usual number. */
 struct BalloonFormat {
     int flags = 0;
     int charactersPerLine = 0;

@@ -28,10 +28,14 @@ Side chooseSide(const QSize &body, const QRect &character, const QPoint &head, c
 QPoint tipOf(Side side, const QRect &character, const QPoint &head)
 {
     switch (side) {
-    case Side::Above: return head;
-    case Side::Below: return { head.x(), character.bottom() };
-    case Side::Left: return { character.left(), head.y() };
-    case Side::Right: break;
+    case Side::Above:
+        return head;
+    case Side::Below:
+        return { head.x(), character.bottom() };
+    case Side::Left:
+        return { character.left(), head.y() };
+    case Side::Right:
+        break;
     }
     return { character.right(), head.y() };
 }
@@ -39,10 +43,14 @@ QPoint tipOf(Side side, const QRect &character, const QPoint &head)
 QPoint corner(Side side, const QSize &body, const QPoint &tip)
 {
     switch (side) {
-    case Side::Above: return { tip.x() - body.width() / 2, tip.y() - kTailLength - body.height() };
-    case Side::Below: return { tip.x() - body.width() / 2, tip.y() + kTailLength };
-    case Side::Left: return { tip.x() - kTailLength - body.width(), tip.y() - body.height() / 2 };
-    case Side::Right: break;
+    case Side::Above:
+        return { tip.x() - body.width() / 2, tip.y() - kTailLength - body.height() };
+    case Side::Below:
+        return { tip.x() - body.width() / 2, tip.y() + kTailLength };
+    case Side::Left:
+        return { tip.x() - kTailLength - body.width(), tip.y() - body.height() / 2 };
+    case Side::Right:
+        break;
     }
     return { tip.x() + kTailLength, tip.y() - body.height() / 2 };
 }

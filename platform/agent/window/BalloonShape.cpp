@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace agent {
 
@@ -11,7 +13,8 @@ namespace {
 
 constexpr qreal kRadius = 10;
 constexpr qreal kTailWidth = 16;
-constexpr qreal kBump = 9; // radius of a bump of the cloud
+constexpr qreal kBumps[] = { 12, 9.5, 11, 9 }; // radii of a cloud's bumps; unlike ones look less like a doily
+constexpr qreal kLargestBump = 12;
 
 /** The point of the body's edge from which a tail starts: as near to the tip as the round corners allow. */
 QPointF root(const QRectF &body, const QPointF &tip)
@@ -22,8 +25,10 @@ QPointF root(const QRectF &body, const QPointF &tip)
     };
     const bool vertical = tip.y() < body.top() || tip.y() > body.bottom();
     if (vertical)
-        return { clamped(tip.x(), body.left(), body.right()), tip.y() > body.bottom() ? body.bottom() : body.top() };
-    return { tip.x() > body.right() ? body.right() : body.left(), clamped(tip.y(), body.top(), body.bottom()) };
+        return { clamped(tip.x(), body.left(), body.right()),
+            tip.y() > body.bottom() ? body.bottom() : body.top() };
+    return { tip.x() > body.right() ? body.right() : body.left(),
+        clamped(tip.y(), body.top(), body.bottom()) };
 }
 
 QPainterPath tail(const QRectF &body, const QPointF &tip)
@@ -45,9 +50,11 @@ QPainterPath tail(const QRectF &body, const QPointF &tip)
 void addBumps(QPainterPath &path, const QPointF &from, const QPointF &to)
 {
     const QLineF edge(from, to);
-    const int count = std::max(1, int(std::lround(edge.length() / (kBump * 1.5))));
-    for (int bump = 0; bump < count; ++bump)
-        path.addEllipse(edge.pointAt(qreal(bump) / count), kBump, kBump);
+    const int count = std::max(1, int(std::lround(edge.length() / (kLargestBump * 1.6))));
+    for (int bump = 0; bump < count; ++bump) {
+        const qreal radius = kBumps[bump % int(std::size(kBumps))];
+        path.addEllipse(edge.pointAt(qreal(bump) / count), radius, radius);
+    }
 }
 
 } // namespace
@@ -61,7 +68,7 @@ QPainterPath speechShape(const QRectF &body, const QPointF &tip)
 
 QPainterPath thoughtShape(const QRectF &body, const QPointF &tip)
 {
-    const QRectF ring = body.adjusted(kBump, kBump, -kBump, -kBump);
+    const QRectF ring = body.adjusted(kLargestBump, kLargestBump, -kLargestBump, -kLargestBump);
     QPainterPath path;
     path.setFillRule(Qt::WindingFill);
     path.addRect(ring);

@@ -3,6 +3,9 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QStyleHints>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
 
 namespace agent {
 
@@ -11,10 +14,14 @@ namespace {
 int buttonNumber(Qt::MouseButton button)
 {
     switch (button) {
-    case Qt::LeftButton: return 1;
-    case Qt::RightButton: return 2;
-    case Qt::MiddleButton: return 4;
-    default: return 0;
+    case Qt::LeftButton:
+        return 1;
+    case Qt::RightButton:
+        return 2;
+    case Qt::MiddleButton:
+        return 4;
+    default:
+        return 0;
     }
 }
 
@@ -22,6 +29,12 @@ int shiftNumber(Qt::KeyboardModifiers keys)
 {
     return (keys & Qt::ShiftModifier ? 1 : 0) + (keys & Qt::ControlModifier ? 2 : 0)
         + (keys & Qt::AltModifier ? 4 : 0);
+}
+
+/** Wayland places windows itself and never says where: the rest of the drag is the desktop's. */
+bool dragsByItself(QWindow *window)
+{
+    return QGuiApplication::platformName().startsWith("wayland"_L1) && window && window->startSystemMove();
 }
 
 } // namespace
@@ -66,8 +79,12 @@ void CharacterWindow::mouseMoveEvent(QMouseEvent *event)
     const bool starts = !m_dragging && travelled >= QGuiApplication::styleHints()->startDragDistance();
     if (!m_dragging && !starts)
         return;
-    m_dragging = true;
-    move(pointer - *m_grip);
+    if (starts && dragsByItself(windowHandle())) {
+        endDrag();
+    } else {
+        m_dragging = true;
+        move(pointer - *m_grip);
+    }
     if (starts)
         emit dragStarted(1, shiftNumber(event->modifiers()), pointer);
 }

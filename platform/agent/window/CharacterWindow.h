@@ -9,7 +9,8 @@
 
 namespace agent {
 
-/** The window that a character stands in: draws what it is given, tells of clicks, is dragged with the left button. */
+/** The window that a character stands in: draws what it is given, tells of clicks, is dragged with the left
+ * button. */
 class CharacterWindow : public Overlay
 {
     Q_OBJECT

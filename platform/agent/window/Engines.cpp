@@ -1,6 +1,7 @@
 #include "platform/agent/window/Engines.h"
 
 #include "platform/agent/speech/SpeechPlayer.h"
+#include "platform/agent/voice/Listener.h"
 #include "platform/agent/window/Pulse.h"
 
 namespace agent {
@@ -28,14 +29,27 @@ private:
     SpeechPlayer m_player;
 };
 
+class MicrophoneEar : public Ear
+{
+public:
+    MicrophoneEar()
+    {
+        connect(&m_listener, &Listener::understood, this, &Ear::understood);
+        connect(&m_listener, &Listener::failed, this, &Ear::failed);
+    }
+    void start(const Commands &commands) override { m_listener.start(commands); }
+    void stop() override { m_listener.stop(); }
+
+private:
+    Listener m_listener;
+};
+
 } // namespace
 
 Engines Engines::ofMachine()
 {
-    Engines engines;
-    engines.speaker = [](const CharacterFile &file) { return std::make_unique<CharacterSpeaker>(file.voice()); };
-    engines.pulse = [] { return std::make_unique<SystemPulse>(); };
-    return engines;
+    return { [](const CharacterFile &file) { return std::make_unique<CharacterSpeaker>(file.voice()); },
+        [] { return std::make_unique<MicrophoneEar>(); }, [] { return std::make_unique<SystemPulse>(); } };
 }
 
 } // namespace agent

@@ -42,6 +42,7 @@ class Ear : public QObject
 public:
     using QObject::QObject;
 
+    /** Fails before it returns when there is no microphone. */
     virtual void start(const Commands &commands) = 0;
     virtual void stop() = 0;
 
@@ -54,10 +55,10 @@ signals:
 /** What a character is equipped with. Voice and ear are made when they are first needed. */
 struct Engines {
     std::function<std::unique_ptr<Speaker>(const CharacterFile &)> speaker;
-    std::function<std::unique_ptr<Ear>()> ear; // may be missing: it hears nothing
+    std::function<std::unique_ptr<Ear>()> ear;
     std::function<std::unique_ptr<Pulse>()> pulse;
 
-    /** What this machine offers. */
+    /** espeak-ng, pocketsphinx and the machine's clock. */
     static Engines ofMachine();
 };
 

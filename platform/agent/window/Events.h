@@ -8,8 +8,8 @@
 
 namespace agent {
 
-/** What a character has to tell its client, kept until its own state is in order: a handler may stop requests,
-    unload the character or destroy the control. */
+/** What a character has to tell its client, kept until its own state is in order: a handler may stop
+   requests, unload the character or destroy the control. */
 class Events
 {
 public:

@@ -2,10 +2,12 @@
 
 #include "platform/agent/window/Actor.h"
 
+#include <algorithm>
+
 namespace agent {
 
-/** What a character does when nobody wants anything of it: after half a minute it goes idle and moves a little now
-    and then, with every half minute more at its leisure. */
+/** What a character does when nobody wants anything of it: it blinks; after half a minute it goes idle and
+   moves a little now and then, with every half minute more at its leisure. */
 class Idler
 {
 public:
@@ -22,9 +24,11 @@ public:
     /** Somebody touched it: the waiting begins anew. */
     void disturb();
     bool isIdle() const { return m_level > 0; }
-    qint64 due() const { return m_due; }
+    qint64 due() const { return std::min(m_due, m_blinkAt); }
 
 private:
+    void waitFromNow();
+    void blink();
     void goOn();
     void finish();
 
@@ -34,7 +38,8 @@ private:
     bool m_on = true;
     int m_level = 0; // 0: not idle, else 1 to 3
     qint64 m_since = 0;
-    qint64 m_due = Pulse::kNever;
+    qint64 m_due = Pulse::kNever; // next movement of idling
+    qint64 m_blinkAt = Pulse::kNever; // before that
 };
 
 } // namespace agent

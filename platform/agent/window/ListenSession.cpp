@@ -7,8 +7,8 @@ namespace agent {
 namespace {
 
 constexpr int kDecideMs = 15'000; // more than any recogniser needs
-constexpr int kAnswerMs = 900;    // before other requests go on
-constexpr int kReadMs = 3'500;    // until the balloon goes
+constexpr int kAnswerMs = 900; // before other requests go on
+constexpr int kReadMs = 3'500; // until the balloon goes
 
 } // namespace
 
@@ -37,10 +37,8 @@ void ListenSession::begin(const Commands &commands)
     m_actor.playState(u"Listening"_s);
     m_actor.talker().tell(u"Listening…"_s);
     m_actor.events().post([id = m_id](Control &control) { emit control.listenStarted(id); });
-    if (!m_makeEar)
-        answer(u"I cannot hear: no speech recognition is installed."_s);
-    else
-        ear().start(commands); // answers at once if there is no microphone
+    // Without a microphone this answers at once.
+    ear().start(commands);
 }
 
 void ListenSession::release()
@@ -49,7 +47,7 @@ void ListenSession::release()
         return;
     m_step = Step::Deciding;
     m_deadline = m_pulse.now() + kDecideMs;
-    m_actor.playStateOnce(u"Hearing"_s);
+    m_actor.playState(u"Hearing"_s, Animator::Loop::Once);
     m_ear->stop();
 }
 

@@ -8,8 +8,8 @@
 
 namespace agent {
 
-/** Push to talk: the character listens while it is held, then says what it has understood. Other requests wait
-    meanwhile. */
+/** Push to talk: the character listens while it is held, then says what it has understood. Other requests
+   wait meanwhile. */
 class ListenSession : public QObject
 {
     Q_OBJECT

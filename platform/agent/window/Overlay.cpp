@@ -26,7 +26,8 @@ bool compositorRuns(xcb_connection_t *connection)
 {
     constexpr std::string_view kName = "_NET_WM_CM_S0";
     const auto ask = xcb_intern_atom(connection, 0, quint16(kName.size()), kName.data());
-    const std::unique_ptr<xcb_intern_atom_reply_t, Free> atom(xcb_intern_atom_reply(connection, ask, nullptr));
+    const std::unique_ptr<xcb_intern_atom_reply_t, Free> atom(
+        xcb_intern_atom_reply(connection, ask, nullptr));
     if (!atom)
         return false;
     const auto askOwner = xcb_get_selection_owner(connection, atom->atom);
@@ -53,8 +54,8 @@ bool screenComposites()
 
 Overlay::Overlay()
     : QWidget(nullptr,
-          Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
-              | Qt::NoDropShadowWindowHint)
+        Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus
+            | Qt::NoDropShadowWindowHint)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_NoSystemBackground);
@@ -83,7 +84,8 @@ void Overlay::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
 }
 
-/** Half-covered pixels of the edge would look black: they belong to the shape with their full colour, or not. */
+/** Half-covered pixels of the edge would look black: they belong to the shape with their full colour, or not.
+ */
 void Overlay::cutOut()
 {
     if (m_picture.isNull())

@@ -5,11 +5,12 @@
 
 namespace agent {
 
-/** Whether the screen lets windows shine through; otherwise a window of another shape than a rectangle is cut out. */
+/** Whether the screen lets windows shine through; otherwise a window of another shape than a rectangle is cut
+ * out. */
 bool screenComposites();
 
-/** A borderless window on top of all others that shows a picture with transparent parts and never takes the focus.
-    Where nothing composites the screen it is cut to the picture's shape. */
+/** A borderless window on top of all others that shows a picture with transparent parts and never takes the
+   focus. Where nothing composites the screen it is cut to the picture's shape. */
 class Overlay : public QWidget
 {
     Q_OBJECT

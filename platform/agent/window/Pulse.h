@@ -8,8 +8,8 @@
 
 namespace agent {
 
-/** A character's time in ms and its only timer. Nothing of a character measures time elsewhere, so that a test can
-    let half a minute pass at once. */
+/** A character's time in ms and its only timer. Nothing of a character measures time elsewhere, so that a
+   test can let half a minute pass at once. */
 class Pulse : public QObject
 {
     Q_OBJECT

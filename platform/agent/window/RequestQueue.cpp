@@ -11,9 +11,12 @@ namespace {
 QString describe(ErrorNumber number)
 {
     switch (number) {
-    case ErrorNumber::HiddenMeanwhile: return u"The character was hidden meanwhile."_s;
-    case ErrorNumber::InterruptedByListening: return u"The character was asked to listen."_s;
-    default: return u"The request was removed from the queue."_s;
+    case ErrorNumber::HiddenMeanwhile:
+        return u"The character was hidden meanwhile."_s;
+    case ErrorNumber::InterruptedByListening:
+        return u"The character was asked to listen."_s;
+    default:
+        return u"The request was removed from the queue."_s;
     }
 }
 
@@ -57,9 +60,8 @@ void RequestQueue::start()
     m_current = std::move(m_waiting.front());
     m_waiting.pop_front();
     m_current->request->status = Request::Status::InProgress;
-    m_events.post([request = RequestPtr(m_current->request)](Control &control) {
-        emit control.requestStarted(request);
-    });
+    m_events.post([request = RequestPtr(m_current->request)](
+                      Control &control) { emit control.requestStarted(request); });
     m_current->act->begin(m_actor);
 }
 
@@ -68,7 +70,8 @@ void RequestQueue::end(const Job &job, Request::Status status, ErrorNumber numbe
     job.request->status = status;
     job.request->number = number;
     job.request->description = description;
-    m_events.post([request = RequestPtr(job.request)](Control &control) { emit control.requestCompleted(request); });
+    m_events.post(
+        [request = RequestPtr(job.request)](Control &control) { emit control.requestCompleted(request); });
 }
 
 void RequestQueue::endCurrent(Request::Status status, ErrorNumber number, const QString &description)
@@ -103,8 +106,8 @@ void RequestQueue::stop(const RequestPtr &request)
         interrupt(ErrorNumber::Removed);
         return;
     }
-    const auto found = std::find_if(m_waiting.begin(), m_waiting.end(),
-        [&request](const Job &job) { return job.request == request; });
+    const auto found = std::find_if(
+        m_waiting.begin(), m_waiting.end(), [&request](const Job &job) { return job.request == request; });
     if (found == m_waiting.end())
         return;
     remove(*found);

@@ -8,8 +8,8 @@
 
 namespace agent {
 
-/** A character's requests, carried out strictly one after the other. It never waits: whoever owns it calls work()
-    as often as something has moved. */
+/** A character's requests, carried out strictly one after the other. It never waits: whoever owns it calls
+   work() as often as something has moved. */
 class RequestQueue
 {
 public:
@@ -20,9 +20,11 @@ public:
     }
 
     RequestPtr add(Request::Kind kind, std::unique_ptr<Act> act);
-    /** Before all others that wait, and in place of the current one, which ends as interrupted with that number. */
+    /** Before all others that wait, and in place of the current one, which ends as interrupted with that
+     * number. */
     void intervene(Request::Kind kind, std::unique_ptr<Act> act, ErrorNumber number);
-    /** Begins, carries on or ends at most one request; true when one began or ended, and there is news to tell. */
+    /** Begins, carries on or ends at most one request; true when one began or ended, and there is news to
+     * tell. */
     bool work();
     /** Ends the current request, unless it is one that is finished once begun. */
     void interrupt(ErrorNumber number);
@@ -44,7 +46,8 @@ private:
     };
     void start();
     void end(const Job &job, Request::Status status, ErrorNumber number, const QString &description);
-    void endCurrent(Request::Status status, ErrorNumber number = ErrorNumber::None, const QString &description = {});
+    void endCurrent(
+        Request::Status status, ErrorNumber number = ErrorNumber::None, const QString &description = {});
     void remove(const Job &job);
 
     Actor &m_actor;

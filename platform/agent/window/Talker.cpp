@@ -8,9 +8,9 @@ namespace agent {
 
 namespace {
 
-constexpr int kLingerMs = 1200;  // between the last word and the end of the balloon
-constexpr int kWordMs = 375;     // 160 words a minute
-constexpr int kReadingMs = 600;  // more for a thought's last word
+constexpr int kLingerMs = 1200; // between the last word and the end of the balloon
+constexpr int kWordMs = 375; // 160 words a minute
+constexpr int kReadingMs = 600; // more for a thought's last word
 
 /** One of the alternatives of a text, chosen at random. */
 QString oneAlternative(const QString &taggedText)
@@ -21,8 +21,8 @@ QString oneAlternative(const QString &taggedText)
 
 } // namespace
 
-Talker::Talker(const QString &id, std::shared_ptr<const CharacterFile> file, const Engines &engines, Pulse &pulse,
-    Events &events)
+Talker::Talker(const QString &id, std::shared_ptr<const CharacterFile> file, const Engines &engines,
+    Pulse &pulse, Events &events)
     : m_id(id)
     , m_file(std::move(file))
     , m_makeSpeaker(engines.speaker)
@@ -83,7 +83,8 @@ void Talker::think(const QString &taggedText)
 void Talker::tell(const QString &text)
 {
     hush();
-    showBalloon(Balloon::Kind::Speech, text.split(u' ', Qt::SkipEmptyParts), { BalloonOn | SizeToText, 0, 0 });
+    showBalloon(
+        Balloon::Kind::Speech, text.split(u' ', Qt::SkipEmptyParts), { BalloonOn | SizeToText, 0, 0 });
     m_balloon.showAll();
 }
 

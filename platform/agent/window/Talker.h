@@ -24,7 +24,8 @@ public:
     void speak(const QString &taggedText);
     /** Shows a thought at a reader's pace. */
     void think(const QString &taggedText);
-    /** A word of the character itself, whole at once and without voice; it stays until the next one or clear(). */
+    /** A word of the character itself, whole at once and without voice; it stays until the next one or
+     * clear(). */
     void tell(const QString &text);
     /** Falls silent. The balloon goes too. */
     void hush();
@@ -56,7 +57,7 @@ private:
     Events &m_events;
     std::unique_ptr<Speaker> m_speaker;
     Balloon m_balloon;
-    BalloonFormat m_format{ BalloonOn | SizeToText | AutoHide | AutoPace, 0, 0 };
+    BalloonFormat m_format { BalloonOn | SizeToText | AutoHide | AutoPace, 0, 0 };
     bool m_talking = false;
     int m_mouth = kMouthOfPose;
     QList<SpeechPiece> m_thought; // what is still to be shown of a thought

@@ -52,16 +52,23 @@ bool readCall(const QStringList &words, Call &call)
     return !call.file.isEmpty() && !call.file.startsWith(u"--");
 }
 
-QString withoutComment(const QString &line)
+/** A line without its comment, and without its texts unless they may be run. */
+QString codeOf(const QString &line)
 {
+    static const QRegularExpression runs(
+        u"\\b(execute|executeglobal|eval|getref)\\b"_s, QRegularExpression::CaseInsensitiveOption);
+    const bool keepTexts = line.contains(runs);
+    QString code;
     bool inText = false;
-    for (qsizetype i = 0; i < line.size(); ++i) {
-        if (line[i] == u'"')
+    for (const QChar c : line) {
+        if (c == u'"')
             inText = !inText;
-        else if (line[i] == u'\'' && !inText)
-            return line.left(i);
+        else if (c == u'\'' && !inText)
+            break;
+        if (!inText || keepTexts)
+            code += c;
     }
-    return line;
+    return code;
 }
 
 /** Whether anything but its definition mentions Main: such a script starts itself. */
@@ -71,7 +78,7 @@ bool mentionsMain(const QString &text)
         u"\\b(sub|function)\\s+main\\b"_s, QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression name(u"\\bmain\\b"_s, QRegularExpression::CaseInsensitiveOption);
     for (const QString &line : text.split(u'\n')) {
-        if (withoutComment(line).remove(definition).contains(name))
+        if (codeOf(line).remove(definition).contains(name))
             return true;
     }
     return false;

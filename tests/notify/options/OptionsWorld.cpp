@@ -39,6 +39,8 @@ void OptionsWorld::open(frmOptions::Helpers helpers)
     form = std::make_unique<frmOptions>(nullptr, std::move(helpers));
     form->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return form->isComplete(); }));
+    QCoreApplication::processEvents(); // what the last page brings about
 }
 
 void OptionsWorld::press(const QString &button) { at<QAbstractButton>(button).click(); }

@@ -1,3 +1,4 @@
+#include "platform/desktop/DefaultPrograms.h"
 #include "platform/desktop/FilePickers.h"
 #include "platform/desktop/MessageBoxes.h"
 #include "platform/desktop/ScriptedBoxes.h"
@@ -8,6 +9,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
+#include <QHash>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
@@ -247,6 +249,65 @@ TEST(ShellOpen, TurnsPathsAndAddressesIntoUrls)
     const QList<QUrl> expected = { QUrl::fromLocalFile(u"/tmp/my log #1 100%.txt"_s),
         QUrl::fromLocalFile(u"/tmp/page.html"_s), QUrl(u"http://kavro.example/help?page=1#top"_s) };
     EXPECT_EQ(catcher.caught, expected);
+}
+
+class DefaultProgramsTest : public testing::Test
+{
+protected:
+    QTemporaryDir m_home;
+    QHash<QByteArray, QByteArray> m_before;
+
+    DefaultProgramsTest()
+    {
+        set("XDG_CONFIG_HOME", "/config");
+        set("XDG_CONFIG_DIRS", "/etc");
+        set("XDG_DATA_HOME", "/data");
+        set("XDG_DATA_DIRS", "/usr");
+        m_before.insert("XDG_CURRENT_DESKTOP", qgetenv("XDG_CURRENT_DESKTOP"));
+        qputenv("XDG_CURRENT_DESKTOP", "Lab:Other");
+    }
+    ~DefaultProgramsTest() override
+    {
+        for (auto each = m_before.begin(); each != m_before.end(); ++each)
+            qputenv(each.key().constData(), each.value());
+    }
+    void set(const char *variable, const char *folder)
+    {
+        m_before.insert(variable, qgetenv(variable));
+        qputenv(variable, QFile::encodeName(m_home.path() + QString::fromLatin1(folder)));
+    }
+    void write(const QString &name, const QByteArray &text)
+    {
+        const QString path = m_home.filePath(name);
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+    static bool known() { return hasProgramFor(u"/nowhere/Kavro2000.chm"_s); }
+};
+
+TEST_F(DefaultProgramsTest, AreTheChosenAndTheDeclaringOnesThatAreInstalled)
+{
+    const QByteArray type = "application/vnd.ms-htmlhelp";
+    EXPECT_FALSE(known());
+    write(u"config/mimeapps.list"_s, "[Default Applications]\n" + type + "=gone.desktop;lab-viewer.desktop;\n");
+    EXPECT_FALSE(known()) << "chosen but not installed";
+    write(u"usr/applications/lab/viewer.desktop"_s, "[Desktop Entry]\nMimeType=text/plain;\n");
+    EXPECT_TRUE(known()) << "a hyphen may stand for a folder";
+    QFile::remove(m_home.filePath(u"config/mimeapps.list"_s));
+    EXPECT_FALSE(known());
+
+    const QByteArray viewer = "[Other]\nMimeType=text/plain\n[Desktop Entry]\nMimeType = text/css;" + type + "\n";
+    write(u"data/applications/viewer.desktop"_s, viewer);
+    EXPECT_TRUE(known()) << "declared, no cache";
+    write(u"etc/lab-mimeapps.list"_s, "[Removed Associations]\n" + type + "=viewer.desktop;\n");
+    EXPECT_FALSE(known()) << "declared, but removed again";
+    QFile::remove(m_home.filePath(u"etc/lab-mimeapps.list"_s));
+    write(u"data/applications/mimeinfo.cache"_s, "[MIME Cache]\ntext/css=viewer.desktop;\n");
+    EXPECT_FALSE(known()) << "the cache counts";
+    write(u"data/applications/mimeinfo.cache"_s, "[MIME Cache]\napplication/x-chm=viewer.desktop;\n");
+    EXPECT_TRUE(known()) << "another name of the type";
 }
 
 #include "DesktopTest.moc"

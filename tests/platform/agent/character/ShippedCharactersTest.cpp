@@ -2,10 +2,10 @@
 #include "SmallCharacter.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 using agent::Animation;
@@ -65,6 +65,15 @@ int mostOpaqueAtTheEdge(const QImage &image)
     return most;
 }
 
+/** Processor time: the machine may be busy with other things. */
+template <typename Work>
+qreal processorMs(const Work &work)
+{
+    const std::clock_t start = std::clock();
+    work();
+    return 1000.0 * qreal(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
 struct Shipped : testing::TestWithParam<std::string> {
     std::shared_ptr<const CharacterFile> file = CharacterFile::load(pathOf(GetParam()));
     CharacterRenderer renderer{ file };
@@ -111,22 +120,31 @@ TEST(ShippedCharacters, HaveAllBeenBuilt)
         EXPECT_TRUE(QFile::exists(QStringLiteral(KAVRO_CHARACTERS "/%1.acs").arg(folder))) << qPrintable(folder);
 }
 
-TEST_P(Shipped, CanDoEverythingAndMovesSmoothly)
+TEST_P(Shipped, CanDoEverythingThatIsAskedFor)
 {
     for (const char *name : kRequired) {
         const Animation &animation = named(name);
-        int changes = 0, largest = 0;
         const int frames = animation.durationMs() / kFrameMs;
-        const QImage first = renderer.image(animation.at(0));
+        int changes = 0, largest = 0;
         for (int i = 1; i <= frames; ++i) {
-            const Pose before = animation.at((i - 1) * kFrameMs), after = animation.at(i * kFrameMs);
-            changes += before != after;
+            const Pose after = animation.at(i * kFrameMs);
+            changes += animation.at((i - 1) * kFrameMs) != after;
             if (i % 4 == 0)
-                largest = std::max(largest, differingPixels(first, renderer.image(after)));
-            EXPECT_EQ(jumpBetween(before, after), "") << name << " at " << i * kFrameMs << " ms";
+                largest = std::max(largest, differingPixels(renderer.image(animation.at(0)), renderer.image(after)));
         }
         EXPECT_GE(largest, 40) << name << " hardly moves";
         EXPECT_GE(changes, frames / 2) << name << " stands still for long";
+    }
+}
+
+TEST_P(Shipped, NeverJumps)
+{
+    for (const QString &name : file->animationNames()) {
+        const Animation &animation = *file->animation(name);
+        for (int ms = kFrameMs; ms <= animation.durationMs(); ms += kFrameMs)
+            EXPECT_EQ(jumpBetween(animation.at(ms - kFrameMs), animation.at(ms)), "") << qPrintable(name) << ms;
+        const int end = animation.loops() ? animation.durationMs() : 0;
+        EXPECT_EQ(jumpBetween(animation.at(end - 1), animation.at(end + 1)), "") << qPrintable(name);
     }
 }
 
@@ -141,11 +159,6 @@ TEST_P(Shipped, EndsWhereItShould)
     nothing.fill(Qt::transparent);
     EXPECT_EQ(differingPixels(gone, nothing), 0);
     EXPECT_EQ(differingPixels(renderer.image(named("Show").at(0)), nothing), 0);
-    for (const QString &name : file->animationNames()) {
-        const Animation &animation = *file->animation(name);
-        const int end = animation.loops() ? animation.durationMs() : 0;
-        EXPECT_EQ(jumpBetween(animation.at(end - 1), animation.at(end + 1)), "") << qPrintable(name);
-    }
 }
 
 TEST_P(Shipped, HasSomethingForEveryState)
@@ -192,21 +205,21 @@ TEST_P(Shipped, BlinkingClosesTheEyes)
 
 TEST_P(Shipped, IsLoadedAndPaintedFast)
 {
-    QElapsedTimer clock;
-    clock.start();
-    const auto again = CharacterFile::load(pathOf(GetParam()));
-    const qreal loading = qreal(clock.nsecsElapsed()) / 1e6;
+    const qreal loading = processorMs([this] { CharacterFile::load(pathOf(GetParam())); });
+    std::printf("%s: loaded in %.1f ms;", GetParam().c_str(), loading);
     const Animation &animation = named("Congratulate");
-    std::printf("%s: loaded in %.1f ms; a frame takes", GetParam().c_str(), loading);
+    constexpr int kFrames = 200;
     for (const qreal ratio : { 1.0, 2.0 }) {
-        renderer.image(file->restPose(), agent::kMouthOfPose, 1, ratio);
-        clock.restart();
-        const int frames = 200;
-        for (int i = 0; i < frames; ++i)
-            renderer.image(animation.at(i * 10), agent::kMouthOfPose, 1, ratio);
-        std::printf(" %.2f ms at %g x%s", qreal(clock.nsecsElapsed()) / 1e6 / frames, ratio, ratio < 2 ? "," : "\n");
+        const auto paint = [&](int ms) { renderer.image(animation.at(ms), agent::kMouthOfPose, 1, ratio); };
+        const qreal first = processorMs([&] { paint(0); });
+        const qreal all = processorMs([&] {
+            for (int i = 0; i < kFrames; ++i)
+                paint(i * 10);
+        });
+        std::printf(" at %g x the first frame in %.1f ms, the others in %.2f ms;", ratio, first, all / kFrames);
+        EXPECT_LT(all / kFrames, 20) << "a frame must not take a frame's time, not even under a sanitizer";
     }
-    EXPECT_EQ(again->parts().size(), file->parts().size());
+    std::printf("\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Shipped, testing::ValuesIn(builtCharacters()),

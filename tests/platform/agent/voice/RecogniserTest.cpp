@@ -5,7 +5,6 @@
 #include "tests/platform/agent/voice/SyntheticVoices.h"
 #include "tests/world/NetTest.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -42,12 +41,11 @@ struct Timing {
 UserInput hear(Recogniser &recogniser, const QByteArray &sound, Timing *timing = nullptr)
 {
     constexpr qsizetype kSlice = 640 * 2; // 40 ms
-    QElapsedTimer clock;
     Timing taken;
     const auto timed = [&](const std::function<void()> &step) {
-        clock.start();
+        const double before = workedMs();
         step();
-        const double ms = double(clock.nsecsElapsed()) / 1e6;
+        const double ms = workedMs() - before;
         taken.worstSlice = std::max(taken.worstSlice, ms);
         taken.total += ms;
     };
@@ -151,20 +149,20 @@ TEST(Recogniser, NoiseIsNoCommandAndFewSentencesAre)
         }
     }
     std::printf("%d of %d sentences taken for commands\n", accepted, all);
-    EXPECT_LE(accepted, all / 4);
+    EXPECT_LE(accepted, all / 6);
 }
 
 TEST(Recogniser, SaysWhatItUnderstoodWhenUnsure)
 {
     Recogniser recogniser;
     Commands commands;
-    commands.add({ u"Hi"_s, QString(), u"hello [there]"_s });
+    commands.add({ u"Restart"_s, QString(), u"restart every service [now]"_s });
     recogniser.prepare(commands);
-    const UserInput right = hear(recogniser, spokenBy(u"flite slt"_s, u"hello there"_s, 1));
-    EXPECT_EQ(right.name, u"Hi"_s);
-    EXPECT_EQ(right.voice, u"hello there"_s);
+    const UserInput right = hear(recogniser, spokenBy(u"flite slt"_s, u"restart every service now"_s, 1));
+    EXPECT_EQ(right.name, u"Restart"_s);
+    EXPECT_EQ(right.voice, u"restart every service now"_s);
     EXPECT_GE(right.confidence, Recogniser::kConfidenceLimit);
-    const UserInput wrong = hear(recogniser, spokenBy(u"flite slt"_s, u"fifty five ships"_s, 1));
+    const UserInput wrong = hear(recogniser, spokenBy(u"flite slt"_s, u"we sat in the garden until it was dark"_s, 1));
     EXPECT_EQ(wrong.name, QString());
     EXPECT_LT(wrong.confidence, Recogniser::kConfidenceLimit);
 }
@@ -191,17 +189,15 @@ TEST(Recogniser, GrammarsOfEveryKindWork)
         EXPECT_EQ(hear(recogniser, spokenBy(u"flite slt"_s, row.said, 1)).name, row.command) << qPrintable(row.said);
 }
 
-TEST(Recogniser, IsReadyWithinAFrame)
+TEST(Recogniser, IsReadyAtOnce)
 {
     Commands commands = programCommands();
-    QElapsedTimer clock;
-    clock.start();
+    const double before = workedMs();
     Recogniser recogniser;
     recogniser.prepare(commands);
-    const double first = double(clock.nsecsElapsed()) / 1e6;
-    clock.restart();
+    const double first = workedMs() - before;
     recogniser.prepare(commands);
-    const double again = double(clock.nsecsElapsed()) / 1e6;
+    const double again = workedMs() - before - first;
     std::printf("ready in %.1f ms, for the same commands %.2f ms\n", first, again);
     EXPECT_LT(first, 150);
     EXPECT_LT(again, 5);

@@ -46,6 +46,7 @@ TEST(VoiceGrammar, WhatMayBeSaid)
         { u"([a] [b])* c"_s, { u"c"_s, u"b a a c"_s }, { u"d c"_s } },
         { u"HTML\\h-t-m-l page 42!"_s, { u"h t m l page four two"_s }, { u"html page four two"_s } },
         { u"don't stop & go"_s, { u"don't stop and go"_s }, { u"dont stop and go"_s } },
+        { u"(a* * +)* b"_s + u" ? *"_s.repeated(200) + u" (((((c*)*)*)*)*)* d"_s, { u"a a b b c c c d"_s, u"d"_s }, { u"c"_s } },
     };
     for (const auto &row : rows) {
         for (const QString &said : row.right)

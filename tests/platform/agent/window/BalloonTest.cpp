@@ -32,10 +32,10 @@ QStringList words(int count)
 
 qreal luminance(const QColor &colour)
 {
-    const auto linear = [](qreal part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+    const auto linear
+        = [](qreal part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+        + 0.0722 * linear(colour.blueF());
 }
 
 qreal contrast(const QColor &a, const QColor &b)
@@ -76,7 +76,8 @@ protected:
     {
         const QRect body = balloon.place().body.translated(-balloon.pos()).adjusted(12, 8, -12, -8);
         const qreal ratio = balloon.picture().devicePixelRatio();
-        return QRectF(body.x() * ratio, body.y() * ratio, body.width() * ratio, body.height() * ratio).toRect();
+        return QRectF(body.x() * ratio, body.y() * ratio, body.width() * ratio, body.height() * ratio)
+            .toRect();
     }
     int inkedPixels()
     {
@@ -110,7 +111,8 @@ TEST_F(BalloonTest, StandsBesideTheHeadAndWhollyOnTheScreenEverywhere)
             EXPECT_TRUE(balloon.geometry().contains(place.body));
             EXPECT_TRUE(figure.contains(place.tip));
             // It hides at most the space above the head, never the face; a small screen has no other place.
-            EXPECT_TRUE(!roomy || !place.body.intersects(figure.adjusted(0, kHead.y(), 0, 0))) << x << ' ' << y;
+            EXPECT_TRUE(!roomy || !place.body.intersects(figure.adjusted(0, kHead.y(), 0, 0)))
+                << x << ' ' << y;
         }
     }
     EXPECT_TRUE(sides.contains(BalloonPlace::Side::Above));
@@ -151,7 +153,10 @@ TEST_F(BalloonTest, IsDrawnInThePixelsOfTheScreen)
     say(words(5));
     const qreal ratio = balloon.devicePixelRatioF();
     EXPECT_EQ(balloon.picture().size(), balloon.size() * ratio);
-    EXPECT_EQ(balloon.grab().toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied).pixelColor(textArea().center()),
+    EXPECT_EQ(balloon.grab()
+                  .toImage()
+                  .convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                  .pixelColor(textArea().center()),
         balloon.picture().pixelColor(textArea().center()));
 }
 
@@ -228,7 +233,8 @@ TEST_F(BalloonTest, ThinksInACloudWithBubbles)
     const qreal ratio = cloud.devicePixelRatio();
     const auto emptyRows = [&](const QImage &picture) {
         int rows = 0;
-        for (int y = int((balloon.place().body.bottom() + 3 - balloon.y()) * ratio); y < picture.height() - 4 * ratio; ++y) {
+        for (int y = int((balloon.place().body.bottom() + 3 - balloon.y()) * ratio);
+             y < picture.height() - 4 * ratio; ++y) {
             bool empty = true;
             for (int x = 0; x < picture.width() && empty; ++x)
                 empty = qAlpha(picture.pixel(x, y)) == 0;

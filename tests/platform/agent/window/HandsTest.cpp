@@ -32,7 +32,8 @@ protected:
     void pull(const QPoint &to)
     {
         const QPointF place(to);
-        QMouseEvent event(QEvent::MouseMove, place, window()->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
+        QMouseEvent event(
+            QEvent::MouseMove, place, window()->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(window(), &event);
     }
     void drop(const QPoint &at) { QTest::mouseRelease(window(), Qt::LeftButton, Qt::ControlModifier, at); }
@@ -61,8 +62,7 @@ TEST_F(Hands, APressOfTheButtonIsAClickAndALongWayIsADrag)
     drop({ 50, 60 });
     pulse->advance(0);
     EXPECT_EQ(one().position(), QPoint(350, 220));
-    EXPECT_EQ(told(),
-        QStringList({ u"drag"_s, u"dropped at 400,280"_s, u"moved to 350,220: user"_s }));
+    EXPECT_EQ(told(), QStringList({ u"drag"_s, u"dropped at 400,280"_s, u"moved to 350,220: user"_s }));
     EXPECT_EQ(one().moveCause(), MoveCause::User);
 }
 
@@ -82,8 +82,7 @@ TEST_F(Hands, ADragGoesBeforeAMoveAndTheQueueGoesOn)
     pulse->advance(0);
     EXPECT_EQ(told().filter(QRegularExpression(u"^drag|:"_s)),
         QStringList({ u"drag"_s, u"move: failed 80042010"_s, u"move again: failed 80042010"_s,
-            u"wave: complete"_s,
-            u"moved to %1,%2: user"_s.arg(underWay.x() + 50).arg(underWay.y() + 40) }));
+            u"wave: complete"_s, u"moved to %1,%2: user"_s.arg(underWay.x() + 50).arg(underWay.y() + 40) }));
 }
 
 TEST_F(Hands, TheBalloonFollowsAndATouchSendsAForgottenOneAway)
@@ -120,9 +119,11 @@ TEST_F(Hands, TheMenuShowsTheCommandsAndIsWorkedByKeys)
     ASSERT_TRUE(menu);
     QStringList entries;
     for (const QAction *action : menu->actions())
-        entries += action->isSeparator() ? u"-"_s : action->text() + (action->isEnabled() ? u""_s : u" (off)"_s);
+        entries
+            += action->isSeparator() ? u"-"_s : action->text() + (action->isEnabled() ? u""_s : u" (off)"_s);
     EXPECT_EQ(entries,
-        QStringList({ u"&Hide"_s, u"-"_s, u"Monitoring &Status"_s, u"Show &Log File"_s, u"&Greyed (off)"_s }));
+        QStringList(
+            { u"&Hide"_s, u"-"_s, u"Monitoring &Status"_s, u"Show &Log File"_s, u"&Greyed (off)"_s }));
     EXPECT_EQ(menu->defaultAction()->text(), u"Show &Log File"_s);
     EXPECT_FALSE(window()->isActiveWindow());
 
@@ -188,7 +189,8 @@ TEST_F(Hands, IsKeptOnAScreen)
     told();
     emit QApplication::primaryScreen()->availableGeometryChanged(area);
     pulse->advance(0);
-    EXPECT_EQ(told(), QStringList({ u"moved to %1,%2: system"_s.arg(area.right() + 1 - 100).arg(area.top()) }));
+    EXPECT_EQ(
+        told(), QStringList({ u"moved to %1,%2: system"_s.arg(area.right() + 1 - 100).arg(area.top()) }));
     EXPECT_EQ(one().moveCause(), MoveCause::System);
 }
 

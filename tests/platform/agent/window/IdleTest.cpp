@@ -13,12 +13,16 @@ TEST_F(Idle, GoesIdleAfterHalfAMinuteAndIsMoreAtEaseWithTime)
 {
     enter();
     const QImage rest = window()->picture();
-    pulse->advance(29'000);
-    EXPECT_TRUE(told().isEmpty());
+    pulse->advance(3'900);
     EXPECT_EQ(pulse->beats(), 1); // the show; then it waits
+    pulse->advance(200);
+    EXPECT_NE(window()->picture(), rest); // it blinks
+    pulse->advance(24'900);
+    EXPECT_TRUE(told().isEmpty());
+    EXPECT_LT(pulse->beats(), 8 * 12);
     pulse->advance(1'100);
     EXPECT_EQ(told(), QStringList({ u"idle"_s }));
-    pulse->advance(400);
+    pulse->advance(700);
     EXPECT_NE(window()->picture(), rest);
 
     // Two minutes later it sleeps: nothing moves between its movements.
@@ -26,12 +30,17 @@ TEST_F(Idle, GoesIdleAfterHalfAMinuteAndIsMoreAtEaseWithTime)
     const int before = pulse->beats();
     pulse->advance(60'000);
     EXPECT_LT(pulse->beats() - before, 60 * 5);
+    const QImage asleep = window()->picture();
+    EXPECT_NE(asleep, rest);
+    for (int second = 0; second < 30; ++second) {
+        pulse->advance(1'000);
+        EXPECT_NE(window()->picture(), rest); // it does not wake to fall asleep again
+    }
     EXPECT_TRUE(told().isEmpty());
 
     named(u"speak"_s, one().Speak(u"awake"_s));
     run(1000);
-    EXPECT_EQ(told(),
-        QStringList({ u"not idle"_s, u"speak begins"_s, u"balloon"_s, u"speak: complete"_s }));
+    EXPECT_EQ(told(), QStringList({ u"not idle"_s, u"speak begins"_s, u"balloon"_s, u"speak: complete"_s }));
     pulse->advance(29'000);
     EXPECT_EQ(told(), QStringList({ u"no balloon"_s }));
     pulse->advance(2'000);
@@ -64,10 +73,12 @@ TEST_F(Idle, HiddenAndSwitchedOffItHasNoTimer)
 TEST_F(Idle, AHideAskedForInTheEventIsCarriedOut)
 {
     enter();
-    QObject::connect(control.get(), &Control::idleStarted, control.get(), [this] { named(u"hide"_s, one().Hide()); });
+    QObject::connect(
+        control.get(), &Control::idleStarted, control.get(), [this] { named(u"hide"_s, one().Hide()); });
     pulse->advance(40'000);
     EXPECT_EQ(told(),
-        QStringList({ u"idle"_s, u"not idle"_s, u"hide begins"_s, u"hidden: program hid"_s, u"hide: complete"_s }));
+        QStringList(
+            { u"idle"_s, u"not idle"_s, u"hide begins"_s, u"hidden: program hid"_s, u"hide: complete"_s }));
     EXPECT_TRUE(pulse->isAsleep());
 }
 

@@ -80,12 +80,13 @@ TEST_F(Queue, WhatFailsIsToldByTheRequestAndTheQueueGoesOn)
     named(u"same place"_s, one().MoveTo(20, 30));
     run(1000);
     EXPECT_EQ(told(),
-        QStringList({ u"speak begins"_s, u"speak: failed 8004200a"_s, u"think begins"_s, u"think: failed 8004200a"_s,
-            u"play begins"_s, u"play: failed 8004200a"_s, u"gesture begins"_s, u"gesture: failed 8004200a"_s,
-            u"walk begins"_s, u"walk: failed 8004200a"_s, u"jump begins"_s, u"moved to 20,30: program"_s,
-            u"jump: complete"_s, u"hide begins"_s, u"hide: complete"_s, u"show begins"_s, u"shown: program showed"_s,
-            u"show: complete"_s, u"show again begins"_s, u"show again: complete"_s, u"left begins"_s,
-            u"left: failed 80042004"_s, u"same place begins"_s, u"same place: complete"_s }));
+        QStringList({ u"speak begins"_s, u"speak: failed 8004200a"_s, u"think begins"_s,
+            u"think: failed 8004200a"_s, u"play begins"_s, u"play: failed 8004200a"_s, u"gesture begins"_s,
+            u"gesture: failed 8004200a"_s, u"walk begins"_s, u"walk: failed 8004200a"_s, u"jump begins"_s,
+            u"moved to 20,30: program"_s, u"jump: complete"_s, u"hide begins"_s, u"hide: complete"_s,
+            u"show begins"_s, u"shown: program showed"_s, u"show: complete"_s, u"show again begins"_s,
+            u"show again: complete"_s, u"left begins"_s, u"left: failed 80042004"_s, u"same place begins"_s,
+            u"same place: complete"_s }));
 }
 
 TEST_F(Queue, StopEmptiesItButFinishesAShowThatHasBegun)
@@ -120,7 +121,8 @@ TEST_F(Queue, StopEmptiesItButFinishesAShowThatHasBegun)
     one().Stop();
     EXPECT_FALSE(speaker->speaking);
     run(1000);
-    EXPECT_EQ(told().mid(1), QStringList({ u"balloon"_s, u"no balloon"_s, u"speak: interrupted 80042108"_s }));
+    EXPECT_EQ(
+        told().mid(1), QStringList({ u"balloon"_s, u"no balloon"_s, u"speak: interrupted 80042108"_s }));
 }
 
 TEST_F(Queue, TwoHundredRequestsAtOnceAreAllDoneInOrder)
@@ -137,7 +139,8 @@ TEST_F(Queue, TwoHundredRequestsAtOnceAreAllDoneInOrder)
             named(name, one().Speak(u"number %1"_s.arg(number)));
         else
             named(name, one().GestureAt(800, 200)); // fails
-        expected += { name + u" begins"_s, name + (number % 4 == 3 ? u": failed 80042004"_s : u": complete"_s) };
+        expected
+            += { name + u" begins"_s, name + (number % 4 == 3 ? u": failed 80042004"_s : u": complete"_s) };
     }
     run(300'000);
     QStringList requests = told();
@@ -192,7 +195,8 @@ TEST_F(Queue, ThinksAtAReadersPaceWithoutVoice)
     EXPECT_EQ(balloon()->shownText(), u"what a"_s);
     run(4000);
     EXPECT_EQ(told(),
-        QStringList({ u"think begins"_s, u"balloon"_s, u"bookmark 7"_s, u"think: complete"_s, u"no balloon"_s }));
+        QStringList(
+            { u"think begins"_s, u"balloon"_s, u"bookmark 7"_s, u"think: complete"_s, u"no balloon"_s }));
     EXPECT_FALSE(speaker);
 
     one().setBalloonStyle(0);
@@ -200,7 +204,8 @@ TEST_F(Queue, ThinksAtAReadersPaceWithoutVoice)
     named(u"speak"_s, one().Speak(u"no balloon"_s));
     run(1000);
     EXPECT_EQ(told(),
-        QStringList({ u"think begins"_s, u"think: failed 8004200c"_s, u"speak begins"_s, u"speak: complete"_s }));
+        QStringList(
+            { u"think begins"_s, u"think: failed 8004200c"_s, u"speak begins"_s, u"speak: complete"_s }));
 }
 
 TEST_F(Queue, WithoutAutoHideTheBalloonStaysUntilTheNextOneOrAClick)

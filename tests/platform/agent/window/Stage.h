@@ -65,8 +65,9 @@ public:
     bool listening = false;
 };
 
-/** A control with a character made for tests, whose movements have plain lengths: Show 200 ms, Hide 300, Wave 400,
-    Point 400 (cannot speak), Search and the movements without end, GestureUp 200. There is no gesture to the left. */
+/** A control with a character made for tests, whose movements have plain lengths: Show 200 ms, Hide 300, Wave
+   400, Point 400 (cannot speak), Search and the movements without end, GestureUp 200. There is no gesture to
+   the left. */
 class Stage : public testing::Test
 {
 protected:

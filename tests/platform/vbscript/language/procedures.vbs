@@ -29,7 +29,7 @@ Function MakeArray : MakeArray = Array(1, Array(2, 3)) : End Function
 WScript.Echo MakeArray()(1)(0)                      ' expect: 2
 Sub LateUse : hidden = 5 : WScript.Echo hidden : End Sub
 LateUse : WScript.Echo IsEmpty(hidden)              ' expect: 5
-' expect: False
+' expect: True
 Function Early : Early = 1 : Exit Function : Early = 2 : End Function
 WScript.Echo Early                                  ' expect: 1
 Sub Locals : Dim n : n = n + 1 : WScript.Echo n : End Sub
