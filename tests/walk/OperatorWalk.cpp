@@ -7,6 +7,7 @@
 #include "notify/options/frmOptions.h"
 
 #include <QClipboard>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QPlainTextEdit>
@@ -98,6 +99,8 @@ OperatorWalk::OperatorWalk()
     });
     time->onSuspension = [this](int) { observe(); };
     QFile::copy(QStringLiteral(KAVRO_TEMPLATE), world.path(u"HTML_Template_IE5.html"_s));
+    EXPECT_TRUE(QDir(world.folder.path()).mkdir(u"help"_s));
+    EXPECT_TRUE(QFile(world.path(u"help/index.html"_s)).open(QIODevice::WriteOnly));
     vbMain().dialogs = &m_dialogs;
     for (QTcpServer &server : m_servers) {
         QObject::connect(&server, &QTcpServer::newConnection, &server, [&server] {
@@ -354,6 +357,12 @@ bool OperatorWalk::command(const char *name, const Forms &forms)
     if (!canBeHad(name))
         return false;
     note(QString::fromLatin1(name));
+    withForms(forms, [&] { triggerOrKey(name); });
+    return true;
+}
+
+void OperatorWalk::withForms(const Forms &forms, const std::function<void()> &act)
+{
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
         auto *form = qobject_cast<QDialog *>(QApplication::activeModalWidget());
@@ -364,9 +373,8 @@ bool OperatorWalk::command(const char *name, const Forms &forms)
         timer.start();
     });
     timer.start(0);
-    guarded([&] { triggerOrKey(name); });
+    guarded(act);
     observe();
-    return true;
 }
 
 /** By its key where it has one that is listened to where the operator is. */

@@ -79,6 +79,8 @@ private:
     bool command(const char *name, const Forms &forms = {});
     /** The same for a command that may change rows. */
     bool change(const char *name, const Forms &forms = {});
+    /** Does something and drives the forms that it opens, one after the other. */
+    void withForms(const Forms &forms, const std::function<void()> &act);
     void guarded(const std::function<void()> &act);
     bool canBeHad(const char *name);
     void triggerOrKey(const char *name);
