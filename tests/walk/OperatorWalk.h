@@ -169,7 +169,7 @@ private:
 
     OperatorEditors m_editors;
     desktop::ScriptedBoxes m_pickers;
-    Notifications m_notifications;
+    std::unique_ptr<Notifications> m_notifications;
     WalkDialogs m_dialogs;
     Random m_random { 0 };
     CycleLedger m_ledger;

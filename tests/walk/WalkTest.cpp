@@ -81,5 +81,4 @@ TEST_F(OperatorWalk, KeepsWindowAndDatabaseSound)
     for (const Action &each : actions())
         EXPECT_GT(done().value(QString::fromLatin1(each.name)), 0) << each.name << " was never possible";
     EXPECT_GT(ledger().changes(), 100) << "hardly anything happened";
-    EXPECT_GT(mostQueued(), 0) << "no mail was ever written";
 }
