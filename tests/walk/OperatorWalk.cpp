@@ -354,6 +354,13 @@ bool OperatorWalk::command(const char *name, const Forms &forms)
     if (!canBeHad(name))
         return false;
     note(QString::fromLatin1(name));
+    withForms(forms, [&] { triggerOrKey(name); });
+    return true;
+}
+
+/** Does something, and drives the forms that come up meanwhile. */
+void OperatorWalk::withForms(const Forms &forms, const std::function<void()> &act)
+{
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
         auto *form = qobject_cast<QDialog *>(QApplication::activeModalWidget());
@@ -364,9 +371,8 @@ bool OperatorWalk::command(const char *name, const Forms &forms)
         timer.start();
     });
     timer.start(0);
-    guarded([&] { triggerOrKey(name); });
+    guarded(act);
     observe();
-    return true;
 }
 
 /** By its key where it has one that is listened to where the operator is. */
