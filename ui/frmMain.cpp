@@ -266,6 +266,9 @@ void frmMain::openRow(NodeLevel level, const QString &key)
         m_tree->selectNode(level, key);
         return;
     }
+    // After one was deleted the list shows the groups, whichever of them the tree has made current.
+    if (level == NodeLevel::Group)
+        return m_tree->clickCurrent();
     updateCommands();
     const bool hasDetails = commandState().rowHasDetails;
     m_commands->action(hasDetails ? "mnulvRightClickDetails" : "mnulvRightClickProperties")->trigger();

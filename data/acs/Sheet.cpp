@@ -11,12 +11,12 @@ using agent::CharacterRenderer;
 
 namespace {
 
-constexpr int kFrame = 112;
+constexpr int kFrame = 126;
 constexpr int kLabel = 20;
 constexpr int kTitle = 40;
 constexpr int kGap = 10;
 constexpr int kColumns = 4;
-constexpr int kOverlap = 9; // a frame has air beside its figure
+constexpr int kOverlap = 3; // a frame has air beside its figure
 constexpr int kRow = kFrame + 2 * kOverlap;
 constexpr qreal kMoments[] = { 0.3, 0.55, 0.8 };
 constexpr int kCell = int(std::size(kMoments)) * kFrame;
@@ -56,8 +56,9 @@ void paintCell(QPainter &painter, CharacterRenderer &renderer, const Animation &
     painter.setClipRect(cell);
     for (std::size_t i = 0; i < std::size(kMoments); ++i) {
         const bool speaks = animation.name() == "Speaking"_L1;
-        renderer.paint(painter, QRectF(cell.left() + int(i) * kFrame - kOverlap, cell.top() + 2, kRow, kRow),
-                       animation.at(int(kMoments[i] * animation.durationMs())),
+        QRectF target(QPointF(), renderer.file().size().scaled(kRow, kRow, Qt::KeepAspectRatio));
+        target.moveCenter(QPointF(cell.left() + (qreal(i) + 0.5) * kFrame, cell.top() + 2 + kRow / 2.0));
+        renderer.paint(painter, target, animation.at(int(kMoments[i] * animation.durationMs())),
                        speaks ? 2 + int(i) * 2 : agent::kMouthOfPose);
     }
     painter.setClipping(false);

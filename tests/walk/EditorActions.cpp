@@ -301,8 +301,13 @@ bool OperatorWalk::portDetails()
 {
     if (!goTo(NodeLevel::Port))
         return false;
-    const QString key = tree().currentKey();
-    return command("mnutvPortDetails", { { u"frmPortDetails"_s, [&](Driver &form) {
+    return command("mnutvPortDetails", detailsOf(tree().currentKey()));
+}
+
+OperatorWalk::Forms OperatorWalk::detailsOf(const QString &key)
+{
+    const auto leave = [](Driver &form) { form.press(Close); };
+    return { { u"frmModifyDevice"_s, leave }, { u"frmPortDetails"_s, [this, key](Driver &form) {
         const QString status = field(
             u"Select Port_Status, Port_Failure, Port_Success FROM tblPortMain, tblPortStatus"
             " WHERE tblPortMain.Port_ID = tblPortStatus.Port_ID AND tblPortMain.Device_ID = "_s
@@ -311,7 +316,7 @@ bool OperatorWalk::portDetails()
         EXPECT_EQ(shown.at(8) + u'|' + shown.at(3) + u'|' + shown.at(5), status);
         meanwhile();
         form.press(Ok);
-    } } });
+    } } };
 }
 
 void OperatorWalk::changeCatalogue(Driver &form)

@@ -361,6 +361,7 @@ bool OperatorWalk::command(const char *name, const Forms &forms)
     return true;
 }
 
+/** Does something, and drives the forms that come up meanwhile. */
 void OperatorWalk::withForms(const Forms &forms, const std::function<void()> &act)
 {
     QTimer timer;

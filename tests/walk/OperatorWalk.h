@@ -77,10 +77,9 @@ private:
     void note(const QString &text);
     /** Triggers a command that can be had, and drives the forms that it opens. */
     bool command(const char *name, const Forms &forms = {});
+    void withForms(const Forms &forms, const std::function<void()> &act);
     /** The same for a command that may change rows. */
     bool change(const char *name, const Forms &forms = {});
-    /** Does something and drives the forms that it opens, one after the other. */
-    void withForms(const Forms &forms, const std::function<void()> &act);
     void guarded(const std::function<void()> &act);
     bool canBeHad(const char *name);
     void triggerOrKey(const char *name);
@@ -164,6 +163,7 @@ private:
     bool deviceProperties();
     bool portProperties();
     bool portDetails();
+    Forms detailsOf(const QString &key);
     bool portList();
     bool about();
     void changeCatalogue(Driver &form);
