@@ -7,11 +7,13 @@ program=$1
 folder=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || true; wait 2>/dev/null || true; rm -rf "$folder"' EXIT
 
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$folder/display" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset 3>"$folder/display" 2>/dev/null &
 until grep -q . "$folder/display" 2>/dev/null; do sleep 0.05; done
-sleep 0.2
 export DISPLAY=:$(cat "$folder/display") HOME=$folder XDG_CONFIG_HOME=$folder/c XDG_DATA_HOME=$folder/d XDG_RUNTIME_DIR=$folder
 unset WAYLAND_DISPLAY QT_QPA_PLATFORM
+# The server names its display a little before it takes programs in (and, were it to start anew after each of them as
+# it does without -noreset, would refuse the next one).
+until xdotool getdisplaygeometry >/dev/null 2>&1; do sleep 0.05; done
 mkdir -p "$folder/c/kavro2000"
 cp "$(dirname "$program")/defaultDB.mdb" "$folder/net.mdb"
 touch "$folder/log.txt"
