@@ -194,9 +194,6 @@ void AgentAnnouncer::use(const QString &name)
     loadFirstOf({ name, former });
 }
 
-/** The dialog shows characters that were not chosen in the end. */
-void AgentAnnouncer::useConfigured() { use(configured()); }
-
 void AgentAnnouncer::buildCommands()
 {
     agent::Commands &commands = m_character->commands();
@@ -219,7 +216,7 @@ void AgentAnnouncer::unloadCharacter()
 
 void AgentAnnouncer::speakLines(const ResultTable &lines)
 {
-    useConfigured();
+    use(configured()); // the dialog shows characters that were not chosen in the end
     perform(lines);
 }
 
@@ -290,8 +287,8 @@ void AgentAnnouncer::tellStatus()
 void AgentAnnouncer::Agent1_DragComplete(int x, int y)
 {
     Trap("Agent1_DragComplete", [&] {
-        SaveSetting(u"MSAgent"_s, u"Agent-X"_s, QString::number(x));
-        SaveSetting(u"MSAgent"_s, u"Agent-Y"_s, QString::number(y));
+        SaveSettings({ { u"MSAgent"_s, u"Agent-X"_s, QString::number(x) },
+                       { u"MSAgent"_s, u"Agent-Y"_s, QString::number(y) } });
     });
 }
 

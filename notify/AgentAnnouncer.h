@@ -37,7 +37,6 @@ private:
     void loadFirstOf(const QStringList &names);
     bool load(const QString &name);
     void use(const QString &name);
-    void useConfigured();
     void buildCommands();
     void perform(const ResultTable &lines);
     void performLine(const ResultTable &lines, int row);

@@ -109,12 +109,12 @@ void ReplaceInText(ResultTable &lines, const QString &token, const QString &text
         lines.set(kText, row, QString(lines.at(kText, row)).replace(token, text));
 }
 
+QString CharacterTitle(const QString &file) { return file.left(1).toUpper() + file.mid(1); }
+
 ResultTable GreetingLines(const QString &character)
 {
-    // A character is chosen by its file's name, which is written small.
-    const QString name = character.left(1).toUpper() + character.mid(1);
     ResultTable lines = MSAgentSpeak(u"MSAgentGreeting"_s);
-    ReplaceInText(lines, u"<CHARACTER>"_s, name);
+    ReplaceInText(lines, u"<CHARACTER>"_s, CharacterTitle(character));
     return lines;
 }
 

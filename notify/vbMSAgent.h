@@ -13,6 +13,9 @@ ResultTable MSAgentSpeak(const QString &saying);
 /** Fills a token into the text of every line. */
 void ReplaceInText(ResultTable &lines, const QString &token, const QString &text);
 
+/** A character's name for people; it is chosen by its file's name, which is written small. */
+QString CharacterTitle(const QString &file);
+
 /** What a character says to introduce itself. */
 ResultTable GreetingLines(const QString &character);
 

@@ -38,9 +38,6 @@ QString describedAs(const QString &name)
     return {};
 }
 
-/** File names are lower case, names of persons are not. */
-QString personName(const QString &file) { return file.left(1).toUpper() + file.mid(1); }
-
 } // namespace
 
 CharacterField::CharacterField(const options::Row &row, QWidget *page)
@@ -61,7 +58,7 @@ CharacterField::CharacterField(const options::Row &row, QWidget *page)
 void CharacterField::fillList()
 {
     for (const QString &file : CharacterNames()) {
-        auto *item = new QListWidgetItem(personName(file), m_list);
+        auto *item = new QListWidgetItem(CharacterTitle(file), m_list);
         item->setData(kFile, file);
     }
 }

@@ -1,11 +1,11 @@
 #include "platform/agent/character/CharacterRenderer.h"
 #include "SmallCharacter.h"
+#include "tests/world/NetTest.h"
 
 #include <QDir>
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <ctime>
 
 using namespace Qt::StringLiterals;
 using agent::Animation;
@@ -69,9 +69,9 @@ int mostOpaqueAtTheEdge(const QImage &image)
 template <typename Work>
 qreal processorMs(const Work &work)
 {
-    const std::clock_t start = std::clock();
+    const double start = workedMs();
     work();
-    return 1000.0 * qreal(std::clock() - start) / CLOCKS_PER_SEC;
+    return workedMs() - start;
 }
 
 struct Shipped : testing::TestWithParam<std::string> {

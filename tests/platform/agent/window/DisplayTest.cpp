@@ -2,6 +2,7 @@
 #include "platform/agent/window/Balloon.h"
 #include "platform/agent/window/CharacterWindow.h"
 #include "platform/agent/window/Pulse.h"
+#include "tests/world/NetTest.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -12,7 +13,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <ctime>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -62,9 +62,9 @@ QImage screenshot() { return QApplication::primaryScreen()->grabWindow(0).toImag
 /** The part of one core that the process takes while it waits, in percent. */
 double load(int ms, const char *what)
 {
-    const std::clock_t before = std::clock();
+    const double before = workedMs();
     wait(ms);
-    const double percent = 100.0 * double(std::clock() - before) / CLOCKS_PER_SEC * 1000 / ms;
+    const double percent = 100.0 * (workedMs() - before) / ms;
     std::printf("[ measured ] %s: %.2f %% of a core\n", what, percent);
     return percent;
 }
